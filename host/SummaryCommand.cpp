@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include <map>
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+#include "host/Command.h"
+#include "host/OpenTable.h"
+#include "host/ReaderFlags.h"
+#include "host/Sentences.h"
+#include "host/Summary.h"
+#include "host/TerminalProgress.h"
+
+namespace tallyscope {
+
+namespace {
+
+class CSummaryCommand : public CCommand {
+ public:
+  void AddOptions(CLI::App& app) override {
+    app.add_option("FILE", file_, "the table; '-' is standard input")->required();
+    app.add_option("--field", fields_, "only this field or axis, with all figures; may be given several times")
+        ->type_name("NAME")->allow_extra_args(false);
+    app.add_option("--quantiles", quantiles_, "from bins of equal count or of equal width: sorted or binned; binned")
+        ->type_name("sorted|binned")
+        ->transform(CLI::CheckedTransformer(
+            std::map<CString, Quantiles>{{"sorted", Quantiles::kSorted}, {"binned", Quantiles::kBinned}}));
+    app.add_flag("--json", json_, "print JSON, with all digits");
+    AddReaderFlags(app, reader_);
+  }
+
+  CString CheckOptions() const override { return CheckReaderFlags(reader_); }
+  int Run(std::ostream& out, std::ostream& err) override;
+
+ private:
+  OpenedTable Open(std::ostream& err) const;
+  // The dims asked for, axes first without a choice. False, with a sentence, for a name that isn't there.
+  bool FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const;
+  void Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out, std::ostream& err) const;
+
+  CString file_;
+  std::vector<CString> fields_;
+  Quantiles quantiles_ = Quantiles::kBinned;
+  bool json_ = false;
+  ReaderOptions reader_;
+};
+
+OpenedTable CSummaryCommand::Open(std::ostream& err) const {
+  CTerminalProgress progress(err);
+  return OpenTable(file_ == "-" ? "/dev/stdin" : file_, reader_, &progress);
+}
+
+bool CSummaryCommand::FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const {
+  const int axes = table.GetSpatialSize();
+  if (fields_.empty()) {
+    for (int axis = 1; axis <= axes; ++axis) dims.push_back(-axis);
+    for (int field = 0; field < table.GetValueSize(); ++field) dims.push_back(field);
+  }
+  for (const auto& name : fields_) {
+    dims.push_back(table.FindDim(name));
+    if (dims.back() != CHostTable::kNoDim) continue;
+    std::vector<CString> names;
+    for (const auto& column : table.GetFileColumns()) names.push_back(column.name);
+    err << file_ << " has no field " << name << SuggestNames(name, names) << "\n";
+    return false;
+  }
+  return true;
+}
+
+int CSummaryCommand::Run(std::ostream& out, std::ostream& err) {
+  OpenedTable opened = Open(err);
+  if (!opened.table) {
+    err << opened.error << "\n";
+    return kExitBadInput;
+  }
+  auto& table = *opened.table;
+  std::vector<int> dims;
+  if (!FindDims(table, dims, err)) return kExitBadInput;
+  if (quantiles_ == Quantiles::kSorted && !table.CanSort()) {
+    err << file_ << " is too large to sort: take --quantiles binned.\n";
+    return kExitBadInput;
+  }
+  std::vector<ColumnSummary> columns;
+  for (const int dim : dims) columns.push_back(Summarise(table, dim, quantiles_));
+  Print(opened, columns, out, err);
+  return kExitDone;
+}
+
+void CSummaryCommand::Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out,
+                            std::ostream& err) const {
+  if (json_) {
+    for (const auto& warning : opened.warnings) err << warning << "\n";
+    PrintJson(file_, *opened.table, columns, out);
+    return;
+  }
+  PrintFacts(file_, opened, out);
+  out << "\n";
+  if (fields_.empty()) {
+    PrintOverview(*opened.table, columns, out);
+  } else {
+    PrintFigures(columns, out);
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<CCommand> MakeSummaryCommand() { return std::make_unique<CSummaryCommand>(); }
+
+}  // namespace tallyscope

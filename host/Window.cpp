@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// The program's window: opens a table, with a progress bar when that takes a while, and runs the workbench on it.
+
+#include <iostream>
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QProgressDialog>
+#include <QTimer>
+
+#include "host/CommandLine.h"
+#include "host/OpenTable.h"
+#include "host/PictureWalk.h"
+#include "platform/ui/Icon.h"
+#include "platform/ui/Modal.h"
+#include "platform/ui/WinApp.h"
+#include "platform/ui/Wnd.h"
+#include "statistics/ProgressSink.h"
+#include "workbench/Dlg_Tallyscope_Ext.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr int kSlow = 500;  // milliseconds until the progress bar shows
+
+// Qt ends the process when there is no display server, so we look first.
+bool HasDisplay() {
+  const auto named = [](const char* variable) { return !qEnvironmentVariableIsEmpty(variable); };
+  return named("DISPLAY") || named("WAYLAND_DISPLAY") || named("QT_QPA_PLATFORM");
+}
+
+// A progress bar with Cancel, which shows itself when the work takes longer than half a second.
+class ProgressWindow : public CProgressSink {
+ public:
+  explicit ProgressWindow(const QString& text) : bar_(text, "Cancel", 0, 100) {
+    bar_.setWindowTitle("Tallyscope");
+    bar_.setWindowModality(Qt::ApplicationModal);
+    bar_.setMinimumDuration(kSlow);
+  }
+  bool OnProgress(int percent) override {
+    bar_.setValue(percent);  // runs the event loop once it shows
+    return !bar_.wasCanceled();
+  }
+  void SetTask(const char*, int) override {}
+
+ private:
+  QProgressDialog bar_;
+};
+
+CString AskForFile() {
+  auto& profile = GetProfile();
+  const auto chosen = GetModal().AskOpenFile(nullptr, "Open a table", profile.GetProfileString("PATH", "Table", ""),
+                                             "Tables (*.csv *.txt *.tsv *.dat *.gslib);;All files (*)");
+  if (!chosen) return CString();
+  profile.WriteProfileString("PATH", "Table", FromQString(QFileInfo(ToQString(*chosen)).absolutePath()));
+  return *chosen;
+}
+
+OpenedTable Load(const CString& file, const ReaderOptions& options) {
+  ProgressWindow progress("Reading " + QFileInfo(ToQString(file)).fileName());
+  return OpenTable(file, options, &progress);
+}
+
+int Refuse(const CString& sentence, bool tell) {
+  std::cerr << sentence << '\n';
+  if (tell) GetModal().Tell(nullptr, sentence);
+  return 1;
+}
+
+// What was found in the file, for the status line.
+CString Describe(const CString& file, const OpenedTable& opened) {
+  CString text = FromQString(QFileInfo(ToQString(file)).fileName()) + ": " + opened.format;
+  if (!opened.axes.empty()) text += "; axes " + opened.axes;
+  return text;
+}
+
+void ShowPictures(CDlg_Tallyscope& workbench, const CString& folder, int& result) {
+  CString error;
+  for (const auto& path : WalkPages(workbench, folder, error)) std::cout << "Picture: " << path << '\n';
+  if (!error.empty()) result = Refuse(error, false);
+  workbench.close();
+}
+
+}  // namespace
+
+int RunWindow(const OpenRequest& request) {
+  if (!HasDisplay()) {
+    return Refuse("There is no display to open a window on. \"tallyscope summary FILE\" needs none.", false);
+  }
+  int argc = 1;
+  char name[] = "tallyscope";
+  char* argv[] = {name, nullptr};
+  QApplication application(argc, argv);
+  QApplication::setApplicationName("tallyscope");
+  QApplication::setDesktopFileName("tallyscope");
+  QApplication::setWindowIcon(MakeIcon("app"));
+
+  const bool walks = !request.pictures.empty();
+  const CString file = request.file.empty() ? AskForFile() : request.file;
+  if (file.empty()) return 0;
+  auto opened = Load(file, request.reader);
+  if (!opened.table) return opened.error.empty() ? 0 : Refuse(opened.error, !walks);
+  for (const auto& warning : opened.warnings) std::cerr << warning << '\n';
+  if (!opened.axes.empty()) std::cout << "Axes: " << opened.axes << '\n';
+
+  auto* table = opened.table.get();
+  int field = table->GetValueSize() > 0 ? 0 : -1;
+  if (!request.field.empty()) {
+    field = table->FindDim(request.field);
+    if (field == CHostTable::kNoDim) return Refuse(file + " has no field \"" + request.field + "\".", !walks);
+  }
+
+  CDlg_Tallyscope_Ext workbench;
+  auto* dialog = workbench.GetDlg();
+  dialog->PushData(opened.table.release(), /*owns=*/true);
+  dialog->SetUniDim(field);
+  if (request.mode) {
+    if (!dialog->IsModeOffered(*request.mode)) return Refuse(file + " can't be shown in that mode.", !walks);
+    dialog->SetMode(*request.mode);
+  }
+  dialog->SetIdleStatus(Describe(file, opened));
+  int result = 0;
+  if (walks) QTimer::singleShot(0, dialog, [&] { ShowPictures(*dialog, request.pictures, result); });
+  workbench.DoModal();
+  return result;
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,9 @@
+// SPDX-License-Identifier: MIT
+#include <iostream>
+
+#include "host/CommandLine.h"
+
+int main(int argc, char** argv) {
+  std::ios::sync_with_stdio(false);
+  return tallyscope::RunCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc}, std::cout, std::cerr);
+}

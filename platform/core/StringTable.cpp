@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include "platform/core/StringTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tallyscope {
+
+namespace {
+
+struct Row {
+  int id;
+  const char* text;
+};
+
+constexpr Row kRows[] = {
+    {kStringOk, "Ok"},
+    {kStringHelp, "Help"},
+    {kStringUnivariate, "Univariate"},
+    {kStringBivariate, "Bivariate"},
+    {kStringSpatial, "Spatial"},
+    {kStringVariogram, "Variogram"},
+    {kStringTallyscope, "Tallyscope"},
+    {kStringStatistics, "Statistics"},
+    {kStringSortAscending, "Sort Ascending"},
+    {kStringSortDescending, "Sort Descending"},
+    {kStringFindValue, "Find value..."},
+    {kStringFitHeadings, "Fit to headings"},
+    {kStringFitData, "Fit to data"},
+    {kStringFitBoth, "Fit to data and headings"},
+    {kStringDefaultWidth, "Default width"},
+    {kStringSummaryTitle, "%1!s! - Summary statistics"},
+    {kStringPositivelySkewed, "Positively skewed"},
+    {kStringNegativelySkewed, "Negatively skewed"},
+    {kStringPropertySheet, "Property Sheet"},
+    {kStringExpandSelection, "Expand to previous selection"},
+    {kStringCollapseSelection, "Collapse to current selection"},
+};
+
+}  // namespace
+
+CString LoadString(int id) {
+  const auto* found = std::find_if(std::begin(kRows), std::end(kRows), [id](const Row& row) { return row.id == id; });
+  return found == std::end(kRows) ? CString() : CString(found->text);
+}
+
+CString FormatMessage(const CString& text, const CString& first) {
+  static constexpr const char kMark[] = "%1!s!";
+  CString filled = text;
+  const auto at = filled.find(kMark);
+  if (at != CString::npos) filled.replace(at, sizeof(kMark) - 1, first);
+  return filled;
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "statistics/CubeSum.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+
+namespace tallyscope {
+
+namespace {
+
+constexpr int kChunk = 64;
+
+constexpr double kSmallest = 0x1p-100;  // cubes between these two (in magnitude) take the short way
+constexpr double kLargest = 0x1p100;
+
+// The C library's pow errs by less than 0.515 units in the last place while |log| of the result stays below 70, so where
+// the exact cube lies further than this from the middle between two doubles, pow gives the nearest double.
+constexpr double kGuard = 0x1p-6;
+
+struct Pair {
+  double high;  // rounded
+  double low;   // high + low is exact
+};
+
+// The product and its rounding error; by Veltkamp's splitting and Dekker's formula where there is no fused product.
+template <bool kFused>
+[[gnu::always_inline]] inline Pair Multiply(double a, double b) {
+  const double product = a * b;
+  if constexpr (kFused) return {product, __builtin_fma(a, b, -product)};
+  constexpr double kSplit = 0x1p27 + 1;
+  const double aScaled = kSplit * a;
+  const double aHigh = aScaled - (aScaled - a);
+  const double aLow = a - aHigh;
+  const double bScaled = kSplit * b;
+  const double bHigh = bScaled - (bScaled - b);
+  const double bLow = b - bHigh;
+  return {product, ((aHigh * bHigh - product) + aHigh * bLow + aLow * bHigh) + aLow * bLow};
+}
+
+// Cubes of a chunk; doubtful[i] is non-zero where the cube is not sure to be what pow gives.
+template <bool kFused>
+[[gnu::always_inline]] inline void Cube(const double* values, double mean, int count, double* cubes,
+                                        std::uint64_t* doubtful) {
+  for (int i = 0; i < count; ++i) {
+    const double d = values[i] - mean;
+    const Pair square = Multiply<kFused>(d, d);
+    const Pair cube = Multiply<kFused>(square.high, d);
+    const double low = cube.low + square.low * d;
+    const double rounded = cube.high + low;
+    const double rest = low - (rounded - cube.high);
+    const auto bits = std::bit_cast<std::uint64_t>(rounded);
+    constexpr std::uint64_t kExponent = 0x7ff0000000000000;
+    constexpr std::uint64_t kMantissa = 0x000fffffffffffff;
+    const double binade = std::bit_cast<double>(bits & kExponent);
+    const double size = std::fabs(rounded);
+    // Single ands: the loop has to stay one straight line of vector code.
+    const bool sure = (size >= kSmallest) & (size <= kLargest) &
+                      (std::fabs(rest) < binade * (0x1p-52 * (0.5 - kGuard))) & ((bits & kMantissa) != 0);
+    cubes[i] = rounded;
+    doubtful[i] = sure ? 0 : 1;
+  }
+}
+
+void CubePlain(const double* values, double mean, int count, double* cubes, std::uint64_t* doubtful) {
+  Cube<false>(values, mean, count, cubes, doubtful);
+}
+
+using CubeFunction = decltype(&CubePlain);
+
+#if defined(__x86_64__)
+[[gnu::target("avx2,fma")]] void CubeFused(const double* values, double mean, int count, double* cubes,
+                                           std::uint64_t* doubtful) {
+  Cube<true>(values, mean, count, cubes, doubtful);
+}
+
+CubeFunction ChooseCube() {
+  return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? CubeFused : CubePlain;
+}
+#else
+CubeFunction ChooseCube() { return CubePlain; }
+#endif
+
+}  // namespace
+
+void CubeSum::Add(const double* values, int count) {
+  static const CubeFunction cube = ChooseCube();
+  double cubes[kChunk];
+  std::uint64_t doubtful[kChunk];
+  for (int first = 0; first < count; first += kChunk) {
+    const int n = std::min(kChunk, count - first);
+    cube(values + first, mean_, n, cubes, doubtful);
+    for (int i = 0; i < n; ++i) {
+      if (doubtful[i] != 0) cubes[i] = std::pow(values[first + i] - mean_, 3.0);
+    }
+    double sum = sum_;
+    for (int i = 0; i < n; ++i) sum += cubes[i];
+    sum_ = sum;
+  }
+}
+
+}  // namespace tallyscope

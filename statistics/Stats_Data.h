@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "platform/core/String.h"
+
+namespace tallyscope {
+
+class CProgressSink;
+
+// The one view of a table that the whole system reads: stations (rows) by fields (columns), plus up to three spatial axes.
+//
+// A column is named by a dim: 0, 1, ... are the ordinary fields, -1, -2, -3 the axes X, Y, Z. A station is a row index
+// from 0. Every operation takes the field first and the station second; indices are not checked.
+//
+// A host overrides at least GetSize, GetValueSize, GetValueName, the raw GetValue and IsValueValid, and GetSpatialSize
+// when it has coordinates (its reads then answer the negative dims too). The raw GetValue must answer for a null as well:
+// sorting and searching read raw values only. A host whose values change calls ClearSort.
+class CStats_Data {
+ public:
+  CStats_Data() = default;
+  CStats_Data(const CStats_Data&) = delete;
+  CStats_Data& operator=(const CStats_Data&) = delete;
+  virtual ~CStats_Data();
+
+  virtual int GetSize() { return 0; }
+
+  // Sort tables. A column has one at most, from sorted position to station.
+
+  // True when the tables of all columns at once would take at most 2^28 bytes.
+  virtual bool CanSort();
+
+  // Builds the column's table unless it stands in that direction (0 ascending, otherwise descending). Past CanSort it
+  // does nothing, so a caller that needs the table asks IsSorted afterwards. Nulls sort by their raw value. Not stable:
+  // the order of equal values is what comb sort (below 100 stations) and quicksort leave, and is always the same.
+  virtual void Sort(int field, int descending, CProgressSink* progress);
+  virtual bool IsSorted(int field, int descending);
+  virtual void SetSorted(bool sorted, int field, int descending);
+  virtual void ClearSort();
+
+  // Position of each station in the column's table; leaves `ranks` alone when the column is sorted in neither direction.
+  virtual void GetRanks(int field, std::vector<int>& ranks);
+  virtual int GetSortedStation(int field, int position);  // the table must exist
+
+  // Binary search in the column's table, which must exist. `comparison`: 0 "<", 1 "<=", 2 "==", 3 ">=", 4 ">",
+  // 5 nearest. `duplicates`: of a run of equal values 1 takes the end towards lower values, 2 the one towards higher,
+  // anything else whichever the search met. False when nothing satisfies the test; `position` is then still an index of
+  // the table, unless that is empty.
+  virtual bool Find(int field, double value, int& position, int comparison, int duplicates);
+
+  virtual int GetSpatialSize() { return 0; }  // axes, 0 to 3
+  virtual int GetValueSize() { return 1; }    // ordinary fields
+  virtual CString GetValueName(int field);    // "X", "Y", "Z", "Field 0" ... by default
+
+  // Checked read: false for a null, which leaves `value` alone.
+  virtual bool GetValue(int field, int station, double& value);
+  // Raw read: the stored value, null or not.
+  virtual double GetValue(int field, int station);
+  virtual bool IsValueValid(int field, int station);
+
+  // Station in the data set that this one was derived from, followed to the root.
+  virtual int GetSourceStation(int station) { return station; }
+
+  // Bulk reads give exactly what the single reads would, and the defaults loop over those. A subclass that overrides the
+  // single reads of a class with bulk reads of its own must override these too.
+
+  // Checked reads of `count` stations from `first`: valid[i] is 1 or 0, values[i] is left unset for a null. Returns the
+  // number of valid ones.
+  virtual int ReadValues(int field, int first, int count, double* values, unsigned char* valid);
+  // Raw reads of `count` stations from `first`.
+  virtual void ReadRawValues(int field, int first, int count, double* values);
+  // The same for stations in any order.
+  virtual int ReadValuesAt(int field, const int* stations, int count, double* values, unsigned char* valid);
+  virtual void ReadRawValuesAt(int field, const int* stations, int count, double* values);
+
+ private:
+  std::size_t GetColumn(int field) { return static_cast<std::size_t>(GetSpatialSize() + field); }
+  void GrowSortFlags();
+
+  std::vector<std::vector<int>> sortTables_;
+  std::vector<bool> sortedFlags_;
+  std::vector<int> sortDirections_;
+};
+
+}  // namespace tallyscope

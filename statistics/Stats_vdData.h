@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "statistics/Stats_Data.h"
+
+namespace tallyscope {
+
+// A caller's vector of double as a table of one field without axes. Every value is valid. The vector must outlive it.
+class CStats_vdData : public CStats_Data {
+ public:
+  explicit CStats_vdData(std::vector<double>* values) : values_(values) {}
+
+  using CStats_Data::GetValue;
+  int GetSize() override;
+  double GetValue(int field, int station) override;
+
+ private:
+  std::vector<double>* values_;
+};
+
+}  // namespace tallyscope

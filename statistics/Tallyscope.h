@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "statistics/Stats_Calculator.h"
+#include "statistics/Stats_Univariate.h"
+
+namespace tallyscope {
+
+class CStats_Data;
+
+// A session: one data set under analysis, the mode, the fields chosen for it, and the calculators and per-field caches
+// that belong to the data set. Fields are named by dims (see Stats_Data.h), which are not checked.
+class CTallyscope {
+ public:
+  enum eAnalysisMode : int { eUnivariate = 0, eBivariate = 1, eMultivariate = 2, eSpatial = 3, eVariogram = 4 };
+
+  // How the spreadsheet shows the session's table. Lives here, so that it comes back when a selection is popped.
+  struct SpreadsheetSort {
+    bool sorted = false;
+    int field = 0;           // dim
+    int descending = 0;
+    int column = -1;         // grid column that shows the arrow
+    std::vector<int> ranks;  // station to sorted position
+  };
+
+  CTallyscope();
+  CTallyscope(const CTallyscope&) = delete;
+  CTallyscope& operator=(const CTallyscope&) = delete;
+  virtual ~CTallyscope();
+
+  // Takes the data set as working table and spreadsheet table, and sizes and fills the per-field caches.
+  void Fill(CStats_Data* data, bool owns);
+
+  void SetMode(eAnalysisMode mode) { mode_ = mode; }
+  eAnalysisMode GetMode() const { return mode_; }
+  // Sets working and spreadsheet table; ownership and caches stay, so an owned table that is replaced goes back to the
+  // caller.
+  void SetData(CStats_Data* data);
+  CStats_Data* GetData() const { return data_; }
+  CStats_Data* GetSSData() const { return spreadsheetData_; }
+  void SetSSData(CStats_Data* data) { spreadsheetData_ = data; }
+  // Tells sessions apart on the plots that belong to them; two sessions made in the same second may share it.
+  int GetLevelID() const { return levelId_; }
+
+  void SetUniDim(int dim);
+  void SetSPDim(int dim);
+  void SetVarDim(int dim);
+  void SetBiDim1(int dim);
+  void SetBiDim2(int dim);
+  int GetUniDim() const { return uniDim_; }
+  int GetSPDim() const { return spDim_; }
+  int GetVarDim() const { return varDim_; }
+  int GetBiDim1() const { return biDim1_; }
+  int GetBiDim2() const { return biDim2_; }
+  int GetKeyDim() const { return dims_.front(); }
+  int GetAncDim() const { return dims_.back(); }
+  const std::vector<int>& GetDims() const { return dims_; }
+
+  // The calculator of the mode, for use after Fill. Null where the mode has none.
+  CStats_Calculator* GetCalculator();
+
+  CStats_Univariate* GetUniStats(int dim);
+
+  SpreadsheetSort sort;
+
+ private:
+  std::size_t GetCacheIndex(int dim) const;
+
+  int levelId_;
+  CStats_Data* data_ = nullptr;
+  CStats_Data* spreadsheetData_ = nullptr;
+  eAnalysisMode mode_ = eUnivariate;
+  int uniDim_ = -1;
+  int biDim1_ = -1;
+  int biDim2_ = 0;
+  std::vector<int> dims_{-1};
+  int spDim_ = -1;
+  int varDim_ = 0;
+  std::unique_ptr<CStats_Data> ownedData_;
+  std::vector<CStats_Univariate> uniStats_;
+};
+
+}  // namespace tallyscope

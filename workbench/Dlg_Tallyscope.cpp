@@ -1,0 +1,323 @@
+// SPDX-License-Identifier: MIT
+#include "workbench/Dlg_Tallyscope.h"
+
+#include <algorithm>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include "gridctrl/GridCtrl.h"
+#include "platform/core/StringTable.h"
+#include "platform/ui/DataExchange.h"
+#include "platform/ui/Icon.h"
+#include "platform/ui/WaitCursor.h"
+#include "platform/ui/WinApp.h"
+#include "statistics/Stats_Data.h"
+#include "workbench/ControlIds.h"
+#include "workbench/DimIndex.h"
+#include "workbench/PS_Univariate.h"
+#include "workbench/TSSelectGridCtrl.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr CTallyscope::eAnalysisMode kModeOrder[] = {CTallyscope::eUnivariate, CTallyscope::eBivariate,
+                                                     CTallyscope::eSpatial, CTallyscope::eVariogram};
+
+int GetModeString(CTallyscope::eAnalysisMode mode) {
+  switch (mode) {
+    case CTallyscope::eUnivariate:
+      return kStringUnivariate;
+    case CTallyscope::eSpatial:
+      return kStringSpatial;
+    case CTallyscope::eVariogram:
+      return kStringVariogram;
+    default:
+      return kStringBivariate;
+  }
+}
+
+bool HasTwoFields(CTallyscope::eAnalysisMode mode) {
+  return mode == CTallyscope::eBivariate || mode == CTallyscope::eMultivariate;
+}
+
+}  // namespace
+
+CDlg_Tallyscope::CDlg_Tallyscope(CWnd* parent) : CDialog(parent) {
+  SetWindowText("Tallyscope");
+  setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                 Qt::WindowCloseButtonHint);
+}
+
+CDlg_Tallyscope::~CDlg_Tallyscope() {
+  DestroyPSheet();
+  CDlg_Tallyscope::Destroy();
+}
+
+int CDlg_Tallyscope::GetDimension() const { return GetData()->GetSpatialSize(); }
+
+void CDlg_Tallyscope::PushData(CStats_Data* data, bool owns) {
+  sessions_.push_back(std::make_unique<CTallyscope>());
+  GetTallyscope()->Fill(data, owns);
+}
+
+void CDlg_Tallyscope::PopData() {
+  if (sessions_.size() < 2) return;
+  ResetDialog();
+  sessions_.pop_back();
+  ConnectSpreadsheet(GetSSData(), highlightKey_);
+  UpdateData(false);
+  CreatePS(0);
+}
+
+void CDlg_Tallyscope::Destroy() {
+  while (!sessions_.empty()) sessions_.pop_back();
+}
+
+// Opening.
+
+bool CDlg_Tallyscope::OnInitDialog() {
+  FillModes();
+  ConnectSpreadsheet(GetSSData(), true);
+  FillBoxes();
+  savedTitle_ = GetWindowText();
+  ShowStatus("");
+  CDialog::OnInitDialog();
+  EnableControls();
+  CreatePS(0);
+  ShowDlgItem(kControlHelp, !helpFile_.empty());
+  grid_->AutoSizeColumns();
+  RestoreLayout();
+  return true;
+}
+
+void CDlg_Tallyscope::OnDestroy() {
+  SaveLayout();
+  DestroyPSheet();
+  CDialog::OnDestroy();
+}
+
+bool CDlg_Tallyscope::IsModeOffered(CTallyscope::eAnalysisMode mode) const {
+  const int axes = GetData() != nullptr ? GetData()->GetSpatialSize() : 0;
+  const int all = axes + (GetData() != nullptr ? GetData()->GetValueSize() : 0);
+  if (!HasSheet(mode)) return false;
+  switch (mode) {
+    case CTallyscope::eUnivariate:
+      return all > 0 && IsEnabledShow(kShowUnivariate);
+    case CTallyscope::eBivariate:
+      return all > 1 && IsEnabledShow(kShowBivariate);
+    case CTallyscope::eSpatial:
+      return axes > 1 && IsEnabledShow(kShowSpatial);
+    case CTallyscope::eVariogram:
+      return axes > 1 && IsEnabledShow(kShowVariogram | kShowVariogramModel);
+    default:
+      return false;
+  }
+}
+
+void CDlg_Tallyscope::FillModes() {
+  modes_.clear();
+  for (const auto mode : kModeOrder) {
+    if (IsModeOffered(mode)) modes_.push_back(mode);
+  }
+}
+
+void CDlg_Tallyscope::FillBoxes() {
+  auto* modeBox = GetControl<QComboBox>(kControlMode);
+  for (const auto mode : modes_) modeBox->addItem(ToQString(LoadString(GetModeString(mode))));
+  if (GetData() == nullptr) return;
+  const int axes = GetDimension();
+  QStringList names;
+  for (int i = 0; i < axes + GetData()->GetValueSize(); ++i) {
+    names << ToQString(GetData()->GetValueName(DimFromIndex(i, axes)));
+  }
+  GetControl<QComboBox>(kControlKeyField)->addItems(names);
+  GetControl<QComboBox>(kControlAncField)->addItems(names);
+}
+
+void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
+  const int axes = GetData() != nullptr ? GetDimension() : 0;
+  if (!exchange->saveAndValidate) {
+    const auto found = std::find(modes_.begin(), modes_.end(), GetMode());
+    modeIndex_ = found == modes_.end() ? -1 : static_cast<int>(found - modes_.begin());
+    keyIndex_ = IndexFromDim(GetKeyDim(), axes);
+    ancIndex_ = IndexFromDim(GetAncDim(), axes);
+  }
+  DDX_CBIndex(exchange, kControlMode, modeIndex_);
+  DDX_CBIndex(exchange, kControlKeyField, keyIndex_);
+  DDX_CBIndex(exchange, kControlAncField, ancIndex_);
+  if (!exchange->saveAndValidate || modeIndex_ < 0 || keyIndex_ < 0) return;
+  const int key = DimFromIndex(keyIndex_, axes);
+  switch (GetMode()) {
+    case CTallyscope::eUnivariate:
+      SetUniDim(key);
+      break;
+    case CTallyscope::eBivariate:
+    case CTallyscope::eMultivariate:
+      SetBiDim1(key);
+      SetBiDim2(DimFromIndex(std::max(ancIndex_, 0), axes));
+      break;
+    case CTallyscope::eSpatial:
+      SetSPDim(key);
+      break;
+    case CTallyscope::eVariogram:
+      SetVarDim(key);
+      break;
+  }
+  SetMode(modes_[static_cast<std::size_t>(modeIndex_)]);
+}
+
+void CDlg_Tallyscope::EnableControls() {
+  const bool two = HasTwoFields(GetMode());
+  EnableDlgItem(kControlKeyField, true);
+  ShowDlgItem(kControlKeyField, true);
+  EnableDlgItem(kControlAncField, two);
+  ShowDlgItem(kControlAncField, two);
+  ancLabel_->setVisible(two);
+  EnableDlgItem(kControlPop, sessions_.size() > 1);
+  EnableDlgItem(kControlPush, false);  // there is no way yet to select stations
+}
+
+// The user's choices.
+
+void CDlg_Tallyscope::OnSelchangeMode() {
+  if (sheet_) sheet_->Process(0);
+  const auto before = GetMode();
+  UpdateData(true);
+  EnableControls();
+  if (GetMode() == before) return;
+  ResetDialog();
+  ChangeMode();
+  UpdateData(false);
+  CreatePS(0);
+}
+
+int CDlg_Tallyscope::RepairedDim(int dim) const {
+  return IsDimInRange(dim, GetDimension(), GetData()->GetValueSize()) ? dim : 0;
+}
+
+// Gives the new mode the fields that it had last, as far as the table has them.
+void CDlg_Tallyscope::ChangeMode() {
+  auto* session = GetTallyscope();
+  switch (GetMode()) {
+    case CTallyscope::eUnivariate:
+      SetUniDim(RepairedDim(session->GetUniDim()));
+      return;
+    case CTallyscope::eSpatial:
+      SetSPDim(RepairedDim(session->GetSPDim()));
+      return;
+    case CTallyscope::eVariogram:
+      SetVarDim(RepairedDim(session->GetVarDim()));
+      return;
+    case CTallyscope::eBivariate:
+    case CTallyscope::eMultivariate:
+      break;
+  }
+  SetBiDim1(session->GetBiDim1());
+  SetBiDim2(session->GetBiDim2());
+  if (GetKeyDim() == GetAncDim()) {
+    SetBiDim1(-1);
+    SetBiDim2(0);
+  }
+  const int axes = GetDimension();
+  const int fields = GetData()->GetValueSize();
+  if (!IsDimInRange(GetKeyDim(), axes, fields)) SetBiDim1(0);
+  if (!IsDimInRange(GetKeyDim(), axes, fields) || !IsDimInRange(GetAncDim(), axes, fields)) {
+    SetBiDim2(fields > 1 ? 1 : -1);
+  }
+}
+
+void CDlg_Tallyscope::OnSelchangeKeyField() {
+  if (sheet_) sheet_->Process(0);
+  const int before = GetKeyDim();
+  UpdateData(true);
+  if (GetKeyDim() != before) RefreshDialog(false);
+}
+
+void CDlg_Tallyscope::OnSelchangeAncField() {
+  if (sheet_) sheet_->Process(0);
+  const int before = GetAncDim();
+  UpdateData(true);
+  if (GetAncDim() != before) RefreshDialog(false);
+}
+
+void CDlg_Tallyscope::OnPopData() {
+  PopData();
+  EnableControls();
+}
+
+// Opens the help page of the mode shown. The help file lies beside the product's program, whose path the profile keeps.
+void CDlg_Tallyscope::OnHelp() {
+  if (helpFile_.empty() || helpProduct_.empty()) return;
+  const CString section = "Software\\Qorvane\\" + helpProduct_ + "\\Settings";
+  const CString program = GetProfile().GetProfileString(section, "ProgramPath", "");
+  const CString folder = program.substr(0, program.find_last_of("\\/") + 1);
+  static constexpr int kFirstContext = 160058;  // in the order of the mode box's strings
+  const int context = kFirstContext + GetModeString(GetMode()) - kStringUnivariate;
+  QUrl page = QUrl::fromLocalFile(ToQString(folder + helpFile_));
+  page.setFragment(QString::number(context));
+  QDesktopServices::openUrl(page);
+}
+
+// The sheet.
+
+void CDlg_Tallyscope::RefreshDialog(bool save) {
+  if (save && sheet_) sheet_->Process(0);
+  const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
+  ResetDialog();
+  CreatePS(page);
+}
+
+void CDlg_Tallyscope::ResetDialog() {
+  DestroyPSheet();
+  setWindowIcon(MakeIcon("app"));
+  SetWindowText(LoadString(kStringTallyscope));
+  SetWindowText(savedTitle_);
+  update();
+}
+
+void CDlg_Tallyscope::DestroyPSheet() { sheet_.reset(); }
+
+void CDlg_Tallyscope::CreatePS(int startPage) {
+  if (std::find(modes_.begin(), modes_.end(), GetMode()) == modes_.end()) return;
+  if (GetMode() == CTallyscope::eUnivariate) Start_Univariate(startPage);
+}
+
+void CDlg_Tallyscope::Start_Univariate(int startPage) {
+  const CWaitCursor wait;
+  update();
+  grid_->Invalidate();
+  SetUniDim(GetTallyscope()->GetUniDim());
+  CreateSC_Univariate();
+  CreatePS_Univariate(0, startPage);
+}
+
+void CDlg_Tallyscope::CreateSC_Univariate() {
+  auto* calculator = GetCalculator();
+  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
+  calculator->Calculate(11, nullptr);
+  hoverStation_ = -1;
+}
+
+void CDlg_Tallyscope::CreatePS_Univariate(int wizard, int startPage) {
+  DestroyPSheet();
+  auto sheet = std::make_unique<CPS_Univariate>(this, 0);
+  sheet->CreatePPUnivariateStats();
+  sheet_ = std::move(sheet);
+  StartSheet(wizard, startPage, kStringUnivariate);
+}
+
+void CDlg_Tallyscope::StartSheet(int wizard, int startPage, int titleId) {
+  sheet_->SetDlg(this);
+  sheet_->SetStartPage(startPage);
+  if (wizard != 0) sheet_->style |= kPropertySheetWizard;
+  sheet_->icon = MakeIcon("app");
+  sheet_->title = LoadString(titleId);
+  sheet_->Embed(1);
+  EmbedSheet();
+}
+
+}  // namespace tallyscope

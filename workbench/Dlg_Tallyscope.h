@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/core/Colour.h"
+#include "platform/ui/Dialog.h"
+#include "statistics/Tallyscope.h"
+
+class QSplitter;
+
+namespace tallyscope {
+
+class CMenu;
+class CPS_BaseTS;
+class CStats_Data;
+class CTSSelectGridCtrl;
+struct GV_DISPINFO;
+
+// Analyses on offer: bits of EnableShow.
+inline constexpr unsigned long kShowUnivariate = 1;
+inline constexpr unsigned long kShowBivariate = 2;
+inline constexpr unsigned long kShowSpatial = 8;
+inline constexpr unsigned long kShowVariogram = 0x10;
+inline constexpr unsigned long kShowVariogramModel = 0x20;
+
+// The workbench's window: a spreadsheet of the working table on top, the property sheet of the current analysis below it.
+// It owns a stack of sessions, the top one being the working table, and one sheet at a time, built anew on each change of
+// mode, field or table. It holds no statistics of its own. A host reaches it through CDlg_Tallyscope_Ext; PushData must
+// have been called before DoModal.
+class CDlg_Tallyscope : public CDialog {
+ public:
+  explicit CDlg_Tallyscope(CWnd* parent = nullptr);
+  ~CDlg_Tallyscope() override;
+
+  // The session on top and what it answers. Null before the first PushData; the others are for use after it.
+  CTallyscope* GetTallyscope() const { return sessions_.empty() ? nullptr : sessions_.back().get(); }
+  int GetLevelID() const { return GetTallyscope()->GetLevelID(); }
+  int GetDimension() const;
+  void SetData(CStats_Data* data) { GetTallyscope()->SetData(data); }
+  CStats_Data* GetData() const { return GetTallyscope()->GetData(); }
+  CStats_Data* GetSSData() const { return GetTallyscope()->GetSSData(); }
+  void SetMode(CTallyscope::eAnalysisMode mode) { GetTallyscope()->SetMode(mode); }
+  CTallyscope::eAnalysisMode GetMode() const { return GetTallyscope()->GetMode(); }
+  void SetUniDim(int dim) { GetTallyscope()->SetUniDim(dim); }
+  void SetBiDim1(int dim) { GetTallyscope()->SetBiDim1(dim); }
+  void SetBiDim2(int dim) { GetTallyscope()->SetBiDim2(dim); }
+  void SetSPDim(int dim) { GetTallyscope()->SetSPDim(dim); }
+  void SetVarDim(int dim) { GetTallyscope()->SetVarDim(dim); }
+  int GetKeyDim() const { return GetTallyscope()->GetKeyDim(); }
+  int GetAncDim() const { return GetTallyscope()->GetAncDim(); }
+  CStats_Calculator* GetCalculator() const { return GetTallyscope()->GetCalculator(); }
+  CStats_Univariate* GetUniStats(int dim) const { return GetTallyscope()->GetUniStats(dim); }
+
+  // Stacks a session on a table, and takes it over when `owns`. Touches no window.
+  void PushData(CStats_Data* data, bool owns);
+  void PopData();  // back to the session below; nothing when there is none
+
+  void RefreshDialog(bool save);  // builds the sheet anew, on the same page
+
+  void EnableShow(unsigned long mask) { showMask_ |= mask; }
+  void DisableShow(unsigned long mask) { showMask_ &= ~mask; }
+  bool IsEnabledShow(unsigned long mask) const { return (showMask_ & mask) != 0; }
+  bool IsModeOffered(CTallyscope::eAnalysisMode mode) const;  // by the mask, the table's axes and fields
+  void EnableControls();
+  virtual void Destroy();  // ends all sessions
+
+  // The spreadsheet. `row` is a station number plus 1, `col` a grid column: axes first, then fields, from 1.
+  void ConnectSpreadsheet(CStats_Data* data, bool highlightKey);
+  void EnsureVisibleSS(int row, int col);
+  void UpdateSortFlag();
+  bool GetAllowSSSelection() const { return allowSelection_; }
+  void SetAllowSSSelection(bool allow) { allowSelection_ = allow; }
+  CTSSelectGridCtrl* GetGrid() const { return grid_; }
+
+  // What the status line says while the pointer is on nothing.
+  void SetIdleStatus(const CString& text);
+
+  CPS_BaseTS* GetSheet() const { return sheet_.get(); }
+  bool IsSpreadsheetShown() const { return spreadsheetShown_; }
+  int GetHoverStation() const { return hoverStation_; }
+  void SetHoverStation(int station) { hoverStation_ = station; }
+
+ protected:
+  bool OnInitDialog() override;
+  void OnDestroy() override;
+  void CreateControls() override;
+  void DoDataExchange(CDataExchange* exchange) override;
+  std::intptr_t OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override;
+  bool OnNotify(NMHDR* header) override;
+  void keyPressEvent(QKeyEvent* event) override;  // Esc and Enter never end the window
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+  // Modes whose sheet this build has; the mode box offers no other.
+  virtual bool HasSheet(CTallyscope::eAnalysisMode mode) const { return mode == CTallyscope::eUnivariate; }
+  virtual void CreatePS(int startPage);
+  virtual void Start_Univariate(int startPage);
+  virtual void CreateSC_Univariate();
+  virtual void CreatePS_Univariate(int wizard, int startPage);
+  void DestroyPSheet();
+  void ResetDialog();
+  void HandleSpreadsheetCE(bool show);
+
+  void OnSelchangeMode();
+  void OnSelchangeKeyField();
+  void OnSelchangeAncField();
+  void OnPopData();
+  void OnBnClickedButtonCeSpreadsheet();
+  void OnHelp();
+
+  virtual void SelectCol(int column, int shift, int control);
+  virtual int ComposeMenu(CMenu* menu, int row, int col);
+  virtual int ProcessMenu(int row, int col, int id);
+  virtual void SortGridByCol(int ascending, int col, int shift, int control);
+
+  // Help is off until a subclass sets both before the dialog opens.
+  CString helpFile_;
+  CString helpProduct_;
+
+ private:
+  // The window's layout (Dlg_Tallyscope_Window.cpp).
+  void EmbedSheet();
+  QWidget* MakeHeader();
+  QWidget* MakeFooter();
+  void MakeTips();
+  void ShowStatus(const CString& text);  // empty: the idle text
+  void RestoreLayout();
+  void SaveLayout() const;
+
+  void FillModes();
+  void FillBoxes();
+  void ChangeMode();
+  void StartSheet(int wizard, int startPage, int titleId);
+  int RepairedDim(int dim) const;  // the dim if the table has it, else 0
+
+  // The spreadsheet (Dlg_Tallyscope_Spreadsheet.cpp).
+  bool IsSortedSS();  // the spreadsheet shows the session's sort; brings a stale sort table back first
+  int GetStationSS(int position);
+  bool IsDimInUse(int dim) const;
+  bool SupplyCell(GV_DISPINFO* info);
+  COLORREF GetCellColour(int dim, int station) const;
+  void OnGridRClick(int row, int col);
+  void OnGridDblClick(int row, int col);
+  void ShowSummary(int col);
+  void FindValue(int col);
+  void ShowCellStatus(int row);
+
+  std::vector<std::unique_ptr<CTallyscope>> sessions_;
+  std::unique_ptr<CPS_BaseTS> sheet_;
+  CTSSelectGridCtrl* grid_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  QWidget* sheetArea_ = nullptr;
+  QWidget* ancLabel_ = nullptr;
+
+  COLORREF normalColour_ = 0xffffff;
+  COLORREF nullColour_ = 0x80c0ff;
+  COLORREF keyColour_ = 0xffc0c0;
+  bool highlightKey_ = true;
+  bool allowSelection_ = true;
+  bool spreadsheetShown_ = true;
+  int hiddenHeight_ = 0;  // what the window shrank by
+  unsigned long showMask_ = kShowUnivariate | kShowBivariate | kShowSpatial | kShowVariogram;
+  std::vector<CTallyscope::eAnalysisMode> modes_;
+  int keyIndex_ = 0;
+  int ancIndex_ = -1;
+  int modeIndex_ = -1;
+  int hoverStation_ = -1;
+  CString savedTitle_;
+  CString idleStatus_;
+};
+
+}  // namespace tallyscope

@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: MIT
+// The spreadsheet half of the workbench: cells as the grid asks for them, sorting, finding, the menu.
+
+#include <QApplication>
+#include <QLabel>
+#include <QMouseEvent>
+
+#include "files/NumberText.h"
+#include "platform/core/Messages.h"
+#include "platform/core/StringTable.h"
+#include "platform/ui/Menu.h"
+#include "platform/ui/Modal.h"
+#include "platform/ui/WaitCursor.h"
+#include "statistics/Stats_Data.h"
+#include "workbench/ControlIds.h"
+#include "workbench/DimIndex.h"
+#include "workbench/Dlg_FindValue.h"
+#include "workbench/Dlg_StatsBasic.h"
+#include "workbench/Dlg_Tallyscope.h"
+#include "workbench/PS_BaseTS.h"
+#include "workbench/TSSelectGridCtrl.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr int kShownDigits = 8;
+
+CString ShownNumber(double value) { return FormatLocale(value, kShownDigits); }
+
+int IsDown(Qt::KeyboardModifier key) { return QApplication::keyboardModifiers().testFlag(key) ? 1 : 0; }
+
+}  // namespace
+
+void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
+  GetTallyscope()->SetSSData(data);
+  highlightKey_ = highlightKey;
+  if (grid_ == nullptr) return;  // not opened yet
+  if (data != nullptr) {
+    grid_->SetRowCount(data->GetSize() + 1);
+    grid_->SetColumnCount(data->GetSpatialSize() + data->GetValueSize() + 1);
+    GetControl<QLabel>(kControlSelected)->setText(QString("%1 stations").arg(data->GetSize()));
+  }
+  UpdateSortFlag();
+  grid_->Invalidate();
+}
+
+void CDlg_Tallyscope::UpdateSortFlag() {
+  if (grid_ == nullptr) return;
+  const auto& sort = GetTallyscope()->sort;
+  if (IsSortedSS()) {
+    grid_->SetSortColumn(sort.column);
+    grid_->SetSortAscending(sort.descending == 0);
+  } else {
+    grid_->SetSortColumn(-1);
+  }
+}
+
+// Something else may have sorted the column the other way since: rows, arrow and ranks have to agree, so it is sorted
+// again before it shows.
+bool CDlg_Tallyscope::IsSortedSS() {
+  auto& sort = GetTallyscope()->sort;
+  auto* data = GetSSData();
+  if (!sort.sorted || !allowSelection_ || data == nullptr) return false;
+  if (data->IsSorted(sort.field, sort.descending)) return true;
+  const CWaitCursor wait;
+  data->Sort(sort.field, sort.descending, nullptr);
+  data->GetRanks(sort.field, sort.ranks);
+  return data->IsSorted(sort.field, sort.descending);
+}
+
+int CDlg_Tallyscope::GetStationSS(int position) {
+  return IsSortedSS() ? GetSSData()->GetSortedStation(GetTallyscope()->sort.field, position) : position;
+}
+
+void CDlg_Tallyscope::EnsureVisibleSS(int row, int col) {
+  if (grid_ == nullptr) return;
+  const auto station = static_cast<std::size_t>(row - 1);
+  const auto& ranks = GetTallyscope()->sort.ranks;
+  if (IsSortedSS() && station < ranks.size()) row = ranks[station] + 1;
+  grid_->EnsureVisible(row, col);
+}
+
+// Messages and notifications of the grid.
+
+std::intptr_t CDlg_Tallyscope::OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) {
+  if (message != kMessageColSelect) return CDialog::OnMessage(message, wParam, lParam);
+  if (allowSelection_ && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
+    SelectCol(static_cast<int>(wParam) - 1, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
+  }
+  return 0;
+}
+
+void CDlg_Tallyscope::SelectCol(int, int, int) {}
+
+bool CDlg_Tallyscope::OnNotify(NMHDR* header) {
+  if (header->idFrom != kControlGrid || GetSSData() == nullptr) return CDialog::OnNotify(header);
+  if (header->code == kNotifyCellRequest) return SupplyCell(static_cast<GV_DISPINFO*>(header));
+  const auto* click = static_cast<NM_GRIDVIEW*>(header);
+  if (header->code == kNotifyRClick) {
+    OnGridRClick(click->row, click->col);
+    return true;
+  }
+  if (header->code == kNotifyDblClick) {
+    OnGridDblClick(click->row, click->col);
+    return true;
+  }
+  return CDialog::OnNotify(header);
+}
+
+bool CDlg_Tallyscope::SupplyCell(GV_DISPINFO* info) {
+  auto* data = GetSSData();
+  const int axes = data->GetSpatialSize();
+  if (info->row < 0 || info->row > data->GetSize() || info->col < 0 || info->col > axes + data->GetValueSize()) {
+    return true;
+  }
+  info->alignment = CellAlignment::kRight;
+  if (info->row == 0) {
+    info->text = info->col == 0 ? "     " : data->GetValueName(DimFromColumn(info->col, axes));
+    if (info->col > 0) info->alignment = CellAlignment::kCentre;
+    return true;
+  }
+  if (info->col == 0) {
+    info->text = std::to_string(info->row);
+    return true;
+  }
+  const int dim = DimFromColumn(info->col, axes);
+  const int station = GetStationSS(info->row - 1);
+  info->text = ShownNumber(data->GetValue(dim, station));
+  info->background = GetCellColour(dim, station);
+  info->hasBackground = true;
+  return true;
+}
+
+bool CDlg_Tallyscope::IsDimInUse(int dim) const {
+  const bool two = GetMode() == CTallyscope::eBivariate || GetMode() == CTallyscope::eMultivariate;
+  return dim == GetKeyDim() || (two && dim == GetAncDim());
+}
+
+COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
+  if (!GetSSData()->IsValueValid(dim, station)) return nullColour_;
+  if (highlightKey_ && IsDimInUse(dim)) return keyColour_;
+  return station == hoverStation_ ? keyColour_ : normalColour_;
+}
+
+void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
+  if (row != 0 || col < 1) return;
+  const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
+  void (CDlg_Tallyscope::*set)(int) = nullptr;
+  int before = 0;
+  switch (GetMode()) {
+    case CTallyscope::eUnivariate:
+      set = &CDlg_Tallyscope::SetUniDim;
+      before = GetKeyDim();
+      break;
+    case CTallyscope::eBivariate:
+      set = &CDlg_Tallyscope::SetBiDim2;
+      before = GetAncDim();
+      break;
+    case CTallyscope::eSpatial:
+      set = &CDlg_Tallyscope::SetSPDim;
+      before = GetKeyDim();
+      break;
+    default:
+      return;
+  }
+  if (dim == before) return;
+  if (sheet_) sheet_->Process(0);
+  (this->*set)(dim);
+  UpdateData(false);
+  RefreshDialog(false);
+}
+
+// The menu.
+
+void CDlg_Tallyscope::OnGridRClick(int row, int col) {
+  CMenu menu;
+  if (ComposeMenu(&menu, row, col) == 0) return;
+  const QPoint at = grid_->viewport()->mapToGlobal(grid_->GetCellRect(row, col).center());
+  const int id = GetModal().RunMenu(this, menu, at);
+  if (id != 0) ProcessMenu(row, col, id);
+}
+
+int CDlg_Tallyscope::ComposeMenu(CMenu* menu, int, int col) {
+  const auto& sort = GetTallyscope()->sort;
+  if (allowSelection_) {
+    menu->AppendItem(kMenuStatistics, LoadString(kStringStatistics));
+    menu->AppendSeparator();
+    if (col >= 1 && GetSSData()->CanSort()) {
+      const bool byThis = IsSortedSS() && sort.column == col;
+      menu->AppendItem(kMenuSortAscending, LoadString(kStringSortAscending), byThis && sort.descending == 0);
+      menu->AppendItem(kMenuSortDescending, LoadString(kStringSortDescending), byThis && sort.descending != 0);
+      if (byThis) menu->AppendItem(kMenuFindValue, LoadString(kStringFindValue));
+      menu->AppendSeparator();
+    }
+  }
+  const int mode = grid_->GetAutoSizeMode();
+  menu->AppendItem(kMenuFitHeadings, LoadString(kStringFitHeadings), mode == 1);
+  menu->AppendItem(kMenuFitData, LoadString(kStringFitData), mode == 2);
+  menu->AppendItem(kMenuFitBoth, LoadString(kStringFitBoth), mode == 3);
+  menu->AppendItem(kMenuDefaultWidth, LoadString(kStringDefaultWidth));
+  return 1;
+}
+
+int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
+  switch (id) {
+    case kMenuSortAscending:
+    case kMenuSortDescending:
+      SortGridByCol(id == kMenuSortAscending ? 1 : 0, col, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
+      return 1;
+    case kMenuFitHeadings:
+    case kMenuFitData:
+    case kMenuFitBoth:
+      grid_->SetAutoSizeMode(id - kMenuFitHeadings + 1);
+      grid_->AutoSizeColumns();
+      return 1;
+    case kMenuDefaultWidth:
+      for (int column = 0; column < grid_->GetColumnCount(); ++column) grid_->SetColumnWidth(column, 64);
+      grid_->Invalidate();
+      return 0;
+    case kMenuStatistics:
+      ShowSummary(col);
+      return 0;
+    case kMenuFindValue:
+      FindValue(col);
+      return 0;
+    default:
+      return 0;
+  }
+}
+
+void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
+  const CWaitCursor wait;
+  auto* data = GetSSData();
+  auto& sort = GetTallyscope()->sort;
+  const int dim = DimFromColumn(col, data->GetSpatialSize());
+  const int descending = ascending == 0 ? 1 : 0;
+  const bool stands = data->IsSorted(dim, descending);
+  sort.column = col;
+  sort.field = dim;
+  sort.descending = descending;
+  sort.sorted = !stands;
+  data->ClearSort();
+  if (stands) {  // the same command again: back to station order
+    grid_->SetSortColumn(-1);
+  } else {
+    data->Sort(dim, descending, nullptr);
+    data->GetRanks(dim, sort.ranks);
+    grid_->SetSortAscending(ascending != 0);
+    grid_->SetSortColumn(col);
+  }
+  grid_->Invalidate();
+}
+
+void CDlg_Tallyscope::ShowSummary(int col) {
+  const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
+  if (!IsDimInRange(dim, GetDimension(), GetData()->GetValueSize())) return;
+  auto* figures = GetUniStats(dim);
+  {
+    const CWaitCursor wait;
+    figures->Calculate(1, nullptr);
+  }
+  CDlg_StatsBasic dialog(this);
+  dialog.SetFigures(*figures);
+  dialog.title = FormatMessage(LoadString(kStringSummaryTitle), GetSSData()->GetValueName(dim));
+  dialog.DoModal();
+}
+
+void CDlg_Tallyscope::FindValue(int col) {
+  CDlg_FindValue dialog(this);
+  if (dialog.DoModal() != kIdOk || !IsSortedSS()) return;
+  const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
+  int position = 0;
+  if (GetSSData()->Find(dim, ParseLocale(dialog.value), position, dialog.comparison, dialog.occurrence + 1)) {
+    EnsureVisibleSS(GetSSData()->GetSortedStation(dim, position) + 1, col);
+  }
+}
+
+// The status line names the station under the pointer.
+
+bool CDlg_Tallyscope::eventFilter(QObject* watched, QEvent* event) {
+  if (grid_ != nullptr && watched == grid_->viewport()) {
+    if (event->type() == QEvent::MouseMove) {
+      ShowCellStatus(grid_->GetCellFromPoint(static_cast<QMouseEvent*>(event)->pos()).row);
+    } else if (event->type() == QEvent::Leave) {
+      ShowStatus("");
+    }
+  }
+  return CDialog::eventFilter(watched, event);
+}
+
+void CDlg_Tallyscope::ShowCellStatus(int row) {
+  auto* data = GetSSData();
+  if (data == nullptr || row < 1 || row > data->GetSize()) {
+    ShowStatus("");
+    return;
+  }
+  const int station = GetStationSS(row - 1);
+  CString text = "station " + std::to_string(station + 1) + ":";
+  const auto add = [&](int dim) {
+    double value = 0;
+    const bool valid = data->GetValue(dim, station, value);
+    text += (text.back() == ':' ? " " : ", ") + data->GetValueName(dim) + " " + (valid ? ShownNumber(value) : "null");
+  };
+  for (int axis = -1; axis >= -data->GetSpatialSize(); --axis) add(axis);
+  if (data == GetData() && GetKeyDim() >= 0 && GetKeyDim() < data->GetValueSize()) add(GetKeyDim());
+  ShowStatus(text);
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include "workbench/PP_BaseTS.h"
+
+#include "workbench/Dlg_Tallyscope.h"
+
+namespace tallyscope {
+
+CDlg_Tallyscope* CPP_BaseTS::GetDlg() const { return dynamic_cast<CDlg_Tallyscope*>(CPP_Base::GetDlg()); }
+
+}  // namespace tallyscope

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "workbench/PP_Base.h"
+
+namespace tallyscope {
+
+class CDlg_Tallyscope;
+
+// Base of the analysis pages, bound to the workbench's dialog. They have no buttons of their own.
+class CPP_BaseTS : public CPP_Base {
+ public:
+  using CPP_Base::CPP_Base;
+
+  CDlg_Tallyscope* GetDlg() const;
+  void SetWizardButtons() override {}
+};
+
+}  // namespace tallyscope
