@@ -171,7 +171,15 @@ void CGridCtrl::SetCurrentCell(int row, int col) {
   const bool there = row >= 1 && row < GetRowCount() && col >= 1 && col < GetColumnCount();
   current_ = there ? CCellID{row, col} : CCellID();
   if (there) EnsureVisible(row, col);
+  DescribeCurrent();
   Invalidate();
+}
+
+void CGridCtrl::DescribeCurrent() {
+  if (current_.row < 0) return setAccessibleDescription({});
+  const QString heading = GridText::OneLine(Request(0, current_.col).text);
+  const QString text = GridText::OneLine(Request(current_.row, current_.col).text);
+  setAccessibleDescription(QString("row %1, %2: %3").arg(QString::number(current_.row), heading, text));
 }
 
 // Cells.

@@ -64,7 +64,7 @@ class CGridCtrl : public QAbstractScrollArea, public CWnd {
 
   // The cell that the keyboard works on, never of row 0 or column 0; -1 and -1 where there is none.
   CCellID GetCurrentCell() const { return current_; }
-  void SetCurrentCell(int row, int col);  // scrolls it into view
+  void SetCurrentCell(int row, int col);  // scrolls it into view, and tells it to a screen reader
 
   QSize sizeHint() const override;
 
@@ -106,6 +106,7 @@ class CGridCtrl : public QAbstractScrollArea, public CWnd {
   int FittingWidth(int column, const std::vector<int>& rows) const;  // units
   std::vector<int> SampleRows(int most) const;
   void FitRowNumbers();
+  void DescribeCurrent();
 
   void Notify(int code, CCellID cell);
   void Click(CCellID cell);

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>

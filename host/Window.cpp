@@ -71,7 +71,7 @@ int Refuse(const CString& sentence, bool tell) {
 // What was found in the file, for the status line.
 CString Describe(const CString& file, const OpenedTable& opened) {
   CString text = FromQString(QFileInfo(ToQString(file)).fileName()) + ": " + opened.format;
-  if (!opened.axes.empty()) text += "; axes " + opened.axes;
+  if (!opened.axes.empty()) text += "; axes " + opened.axes.substr(0, opened.axes.find(';'));
   return text;
 }
 

@@ -12,12 +12,17 @@ namespace {
 
 constexpr int kChunk = 64;
 
-constexpr double kSmallest = 0x1p-100;  // cubes between these two (in magnitude) take the short way
-constexpr double kLargest = 0x1p100;
-
-// The C library's pow errs by less than 0.515 units in the last place while |log| of the result stays below 70, so where
-// the exact cube lies further than this from the middle between two doubles, pow gives the nearest double.
-constexpr double kGuard = 0x1p-6;
+// The C library's pow is not correctly rounded. It errs by less than 0.515 units in the last place for results between
+// 2^-100 and 2^100, and by less than 0.531 between 2^-600 and 2^600 (0.511 from its exponential, and 1.5 * 2^-15 for
+// each unit of |log result| from its logarithm; so the analysis in ARM's "optimized-routines", which most C libraries
+// carry). Where the exact cube lies further than this excess from the middle between two doubles, pow gives the nearest
+// double.
+constexpr double kNearHalf = 0x1p-52 * (0.5 - 0x1p-6);
+constexpr double kNearSmallest = 0x1p-100;
+constexpr double kNearLargest = 0x1p100;
+constexpr double kFarHalf = 0x1p-52 * (0.5 - 0x1p-5);
+constexpr double kFarSmallest = 0x1p-600;
+constexpr double kFarLargest = 0x1p600;
 
 struct Pair {
   double high;  // rounded
@@ -52,19 +57,26 @@ template <bool kFused>
     const double rest = low - (rounded - cube.high);
     const auto bits = std::bit_cast<std::uint64_t>(rounded);
     constexpr std::uint64_t kExponent = 0x7ff0000000000000;
-    constexpr std::uint64_t kMantissa = 0x000fffffffffffff;
     const double binade = std::bit_cast<double>(bits & kExponent);
     const double size = std::fabs(rounded);
-    // Single ands: the loop has to stay one straight line of vector code.
-    const bool sure = (size >= kSmallest) & (size <= kLargest) &
-                      (std::fabs(rest) < binade * (0x1p-52 * (0.5 - kGuard))) & ((bits & kMantissa) != 0);
+    // A power of two has closer neighbours on one side and counts as doubtful. Single ands: the loop has to stay one
+    // straight line of vector code.
+    const double guarded = (size >= kNearSmallest) & (size <= kNearLargest) ? kNearHalf : kFarHalf;
+    const bool sure =
+        (size >= kFarSmallest) & (size <= kFarLargest) & (size != binade) & (std::fabs(rest) < binade * guarded);
     cubes[i] = rounded;
     doubtful[i] = sure ? 0 : 1;
   }
 }
 
+#if defined(__FP_FAST_FMA)
+constexpr bool kAlwaysFused = true;
+#else
+constexpr bool kAlwaysFused = false;
+#endif
+
 void CubePlain(const double* values, double mean, int count, double* cubes, std::uint64_t* doubtful) {
-  Cube<false>(values, mean, count, cubes, doubtful);
+  Cube<kAlwaysFused>(values, mean, count, cubes, doubtful);
 }
 
 using CubeFunction = decltype(&CubePlain);
@@ -79,7 +91,9 @@ CubeFunction ChooseCube() {
   return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? CubeFused : CubePlain;
 }
 #else
-CubeFunction ChooseCube() { return CubePlain; }
+CubeFunction ChooseCube() {
+  return CubePlain;
+}
 #endif
 
 }  // namespace

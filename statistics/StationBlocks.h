@@ -50,12 +50,12 @@ class StationProgress {
 };
 
 // Walks the stations of a field in order, in blocks: visit(values, valid, stations) gets the valid values of a run of
-// `stations` stations, `valid` of them. Holds no more than a block. False when the sink cancels; the block that reported
-// has been visited by then.
+// `stations` stations, `valid` of them. Holds no more than a block. False when the sink cancels; the block that
+// reported has been visited by then.
 template <class Visit>
 bool VisitValidValues(CStats_Data& data, int dim, StationProgress& progress, Visit visit) {
   constexpr int kBlock = 512;
-  double values[kBlock];
+  double values[kBlock] = {};  // a null's place is left unset by the read, but copied below
   unsigned char valid[kBlock];
   const int total = data.GetSize();
   for (int first = 0; first < total;) {
@@ -63,8 +63,9 @@ bool VisitValidValues(CStats_Data& data, int dim, StationProgress& progress, Vis
     const int good = data.ReadValues(dim, first, count, values, valid);
     if (good < count) {
       int kept = 0;
-      for (int i = 0; i < count; ++i) {
-        if (valid[i] != 0) values[kept++] = values[i];
+      for (int i = 0; i < count; ++i) {  // without a branch: nulls in no order would mispredict it
+        values[kept] = values[i];
+        kept += valid[i];
       }
     }
     visit(values, good, count);

@@ -1,23 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "statistics/Stats_Calculator.h"
 
+#include <cstddef>
+#include <cstdint>
+
 #include "platform/core/Archive.h"
 
 namespace tallyscope {
 
 namespace {
 
-std::size_t At(int item) { return static_cast<std::size_t>(item); }
+std::size_t Index(int item) {
+  return static_cast<std::size_t>(item);
+}
 
 }  // namespace
 
 void CStats_Calculator::Add(CStats_Data* data, int dim) {
+  flags_.resize(data_.size());  // drops flags that were loaded for an item that was never given
   data_.push_back(data);
   dims_.push_back(dim);
   flags_.push_back(0);
 }
 
 void CStats_Calculator::Remove(int item) {
+  if (item < 0 || item >= GetItemCount()) return;
   data_.erase(data_.begin() + item);
   dims_.erase(dims_.begin() + item);
   flags_.erase(flags_.begin() + item);
@@ -29,48 +36,73 @@ void CStats_Calculator::Clear() {
   flags_.clear();
 }
 
-bool CStats_Calculator::IsItem(int item) { return item >= 0 && item < GetItemCount() && data_[At(item)] != nullptr; }
+bool CStats_Calculator::IsItem(int item) {
+  return item >= 0 && Index(item) < data_.size() && data_[Index(item)] != nullptr;
+}
 
-CStats_Data* CStats_Calculator::GetItemData(int item) { return data_[At(item)]; }
+CStats_Data* CStats_Calculator::GetItemData(int item) {
+  return data_[Index(item)];
+}
 
-void CStats_Calculator::SetItemData(int item, CStats_Data* data) { data_[At(item)] = data; }
+int CStats_Calculator::GetItemDim(int item) {
+  return dims_[Index(item)];
+}
 
-int CStats_Calculator::GetItemDim(int item) { return dims_[At(item)]; }
-
-int CStats_Calculator::GetItemCount() { return static_cast<int>(data_.size()); }
+int CStats_Calculator::GetItemCount() {
+  return static_cast<int>(data_.size());
+}
 
 bool CStats_Calculator::Calculate(int flags, CProgressSink* progress) {
   bool all = true;
-  for (int item = 0; item < GetItemCount(); ++item) all = CalculateItem(item, flags, progress) && all;
+  for (int item = 0; item < GetItemCount(); ++item) all &= CalculateItem(item, flags, progress);
   return all;
 }
 
-bool CStats_Calculator::CalculateItem(int, int, CProgressSink*) { return false; }
+bool CStats_Calculator::CalculateItem(int, int, CProgressSink*) {
+  return false;
+}
 
-void CStats_Calculator::ClearFlags(int item, int mask) { flags_[At(item)] &= ~mask; }
+void CStats_Calculator::ClearFlags(int item, int mask) {
+  flags_[Index(item)] &= ~mask;
+}
 
-void CStats_Calculator::ResetFlags(int item) { flags_[At(item)] = 0; }
+void CStats_Calculator::ResetFlags(int item) {
+  flags_[Index(item)] = 0;
+}
 
-void CStats_Calculator::SetFlags(int item, int mask) { flags_[At(item)] |= mask; }
+void CStats_Calculator::SetFlags(int item, int mask) {
+  flags_[Index(item)] |= mask;
+}
 
-int CStats_Calculator::GetFlags(int item) { return flags_[At(item)]; }
+int CStats_Calculator::GetFlags(int item) {
+  return flags_[Index(item)];
+}
 
 void CStats_Calculator::Serialize(CArchive& archive) {
   std::int32_t version = 0;
   auto count = static_cast<std::int32_t>(flags_.size());
   if (archive.IsStoring()) {
     archive << version << count;
-    for (const int flags : flags_) archive << flags;
+    for (const int flags : flags_) archive << static_cast<std::int32_t>(flags);
     return;
   }
   archive >> version >> count;
-  if (count < 0 || static_cast<std::size_t>(count) > archive.GetRemaining() / sizeof(std::int32_t)) archive.Fail();
-  if (archive.IsFailed()) return;
-  // The items themselves are not stored: those that are missing come without data set.
-  flags_.resize(At(count));
-  data_.resize(At(count));
-  dims_.resize(At(count));
-  for (int& flags : flags_) archive >> flags;
+  const bool holds = version == 0 && count >= 0 && Index(count) <= archive.GetRemaining() / sizeof(std::int32_t);
+  if (archive.IsFailed() || !holds) {
+    archive.Fail();
+    count = 0;
+  }
+  flags_.assign(Index(count), 0);
+  for (int& flags : flags_) {
+    std::int32_t stored = 0;
+    archive >> stored;
+    flags = stored;
+  }
+  if (flags_.size() < data_.size()) flags_.resize(data_.size());
+}
+
+void CStats_Calculator::SetItemData(int item, CStats_Data* data) {
+  data_[Index(item)] = data;
 }
 
 }  // namespace tallyscope

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "statistics/SortTable.h"
 
@@ -35,15 +36,19 @@ bool CStats_Data::GetValue(int field, int station, double& value) {
   return true;
 }
 
-double CStats_Data::GetValue(int, int) { return 0.0; }
+double CStats_Data::GetValue(int, int) {
+  return 0.0;
+}
 
-bool CStats_Data::IsValueValid(int, int) { return true; }
+bool CStats_Data::IsValueValid(int, int) {
+  return true;
+}
 
 // Sorting.
 
 bool CStats_Data::CanSort() {
   const std::int64_t columns = std::int64_t{GetValueSize()} + GetSpatialSize();
-  return columns == 0 || std::int64_t{GetSize()} * 4 <= kSortAllowance / columns;
+  return columns <= 0 || std::int64_t{GetSize()} * 4 <= kSortAllowance / columns;
 }
 
 void CStats_Data::GrowSortFlags() {
@@ -76,9 +81,10 @@ void CStats_Data::Sort(int field, int descending, CProgressSink*) {
   const auto columns = static_cast<std::size_t>(GetValueSize() + GetSpatialSize());
   if (sortTables_.size() < columns) sortTables_.resize(columns);
   SetSorted(true, field, descending);
-  std::vector<double> values(static_cast<std::size_t>(GetSize()));
-  ReadRawValues(field, 0, GetSize(), values.data());
-  sortTables_[GetColumn(field)] = MakeSortTable(values, descending != 0);
+  const int size = std::max(GetSize(), 0);
+  std::vector<double> values(static_cast<std::size_t>(size));
+  ReadRawValues(field, 0, size, values.data());
+  sortTables_[GetColumn(field)] = MakeSortTable(std::move(values), descending != 0);
 }
 
 void CStats_Data::GetRanks(int field, std::vector<int>& ranks) {
@@ -91,72 +97,6 @@ void CStats_Data::GetRanks(int field, std::vector<int>& ranks) {
 
 int CStats_Data::GetSortedStation(int field, int position) {
   return sortTables_[GetColumn(field)][static_cast<std::size_t>(position)];
-}
-
-// Searching. Positions are counted from the lower end of the table, whichever way it runs, and turned at the end.
-
-bool CStats_Data::Find(int field, double value, int& position, int comparison, int duplicates) {
-  const int n = GetSize();
-  position = n;
-  if (n < 1) return false;
-  const auto stored = [&](int at) { return GetValue(field, GetSortedStation(field, at)); };
-  const bool descending = stored(n - 1) < stored(0);
-  const auto raw = [&](int at) { return stored(descending ? n - 1 - at : at); };
-  const auto firstWhere = [n](const auto& reached) {  // first position that has reached the value, n if none
-    int low = 0;
-    int high = n;
-    while (low < high) {
-      const int middle = low + (high - low) / 2;
-      if (reached(middle)) {
-        high = middle;
-      } else {
-        low = middle + 1;
-      }
-    }
-    return low;
-  };
-  const int first = firstWhere([&](int at) { return raw(at) >= value; });
-  const int behind = firstWhere([&](int at) { return raw(at) > value; });
-  const bool present = first < behind;
-  const auto ofRun = [&](int otherwise) {
-    if (!present) return otherwise;
-    return duplicates == 1 ? first : duplicates == 2 ? behind - 1 : otherwise;
-  };
-
-  int found = 0;
-  bool satisfied = true;
-  switch (comparison) {
-    case 0:
-      found = first - 1;
-      satisfied = found >= 0;
-      break;
-    case 1:
-      found = ofRun(behind - 1);
-      satisfied = found >= 0;
-      break;
-    case 2:
-      found = ofRun(present ? first : first - 1);
-      satisfied = present;
-      break;
-    case 3:
-      found = ofRun(first);
-      satisfied = found < n;
-      break;
-    case 4:
-      found = behind;
-      satisfied = found < n;
-      break;
-    case 5:
-      found = first;
-      if (found == n || (found > 0 && value - raw(found - 1) < raw(found) - value)) --found;
-      break;
-    default:
-      satisfied = false;
-      break;
-  }
-  found = std::clamp(found, 0, n - 1);
-  position = descending ? n - 1 - found : found;
-  return satisfied;
 }
 
 // Bulk reads.

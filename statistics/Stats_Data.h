@@ -10,14 +10,15 @@ namespace tallyscope {
 
 class CProgressSink;
 
-// The one view of a table that the whole system reads: stations (rows) by fields (columns), plus up to three spatial axes.
+// The one view of a table that the whole system reads: stations (rows) by fields (columns), plus up to three spatial
+// axes.
 //
 // A column is named by a dim: 0, 1, ... are the ordinary fields, -1, -2, -3 the axes X, Y, Z. A station is a row index
 // from 0. Every operation takes the field first and the station second; indices are not checked.
 //
 // A host overrides at least GetSize, GetValueSize, GetValueName, the raw GetValue and IsValueValid, and GetSpatialSize
-// when it has coordinates (its reads then answer the negative dims too). The raw GetValue must answer for a null as well:
-// sorting and searching read raw values only. A host whose values change calls ClearSort.
+// when it has coordinates (its reads then answer the negative dims too). The raw GetValue must answer for a null as
+// well: sorting and searching read raw values only. A host whose values change calls ClearSort.
 class CStats_Data {
  public:
   CStats_Data() = default;
@@ -40,7 +41,8 @@ class CStats_Data {
   virtual void SetSorted(bool sorted, int field, int descending);
   virtual void ClearSort();
 
-  // Position of each station in the column's table; leaves `ranks` alone when the column is sorted in neither direction.
+  // Position of each station in the column's table; leaves `ranks` alone when the column is sorted in neither
+  // direction.
   virtual void GetRanks(int field, std::vector<int>& ranks);
   virtual int GetSortedStation(int field, int position);  // the table must exist
 
@@ -63,8 +65,8 @@ class CStats_Data {
   // Station in the data set that this one was derived from, followed to the root.
   virtual int GetSourceStation(int station) { return station; }
 
-  // Bulk reads give exactly what the single reads would, and the defaults loop over those. A subclass that overrides the
-  // single reads of a class with bulk reads of its own must override these too.
+  // Bulk reads give exactly what the single reads would, and the defaults loop over those. A subclass that overrides
+  // the single reads of a class with bulk reads of its own must override these too.
 
   // Checked reads of `count` stations from `first`: valid[i] is 1 or 0, values[i] is left unset for a null. Returns the
   // number of valid ones.

@@ -20,7 +20,9 @@ constexpr int kBinnedMode = 1;
 
 constexpr std::size_t kStoredBin = sizeof(std::int32_t) + 4 * sizeof(double);  // bytes of the smallest stored bin
 
-double Fraction(double fraction) { return fraction > 0 ? (fraction < 1 ? fraction : 1) : 0; }
+double Fraction(double fraction) {
+  return fraction > 0 ? (fraction < 1 ? fraction : 1) : 0;
+}
 
 // First of the bins whose edge or fraction reaches `value`; the last one if none does.
 template <class Get>
@@ -46,8 +48,10 @@ void CHistogramBin::Serialize(CArchive& archive) {
     archive << version << binMin << binMax << dataMin << dataMax << count << cumulative;
     return;
   }
-  archive >> version >> binMin >> binMax;
-  if (version > 0) archive >> dataMin >> dataMax;
+  archive >> version;
+  if (version != 0 && version != 1) archive.Fail();
+  archive >> binMin >> binMax;
+  if (version != 0) archive >> dataMin >> dataMax;
   archive >> count >> cumulative;
 }
 
@@ -56,19 +60,23 @@ bool CStats_Histogram::CalculateItem(int item, int flags, CProgressSink* progres
   if ((flags & 1) == 0 || (GetFlags(item) & 1) != 0) return (GetFlags(item) & 1) != 0;
   auto* data = GetItemData(item);
   const int dim = GetItemDim(item);
-  CStats_Univariate figures;
-  const bool alone = owner == nullptr;
-  if (alone) {
-    figures.Add(data, dim);
-    owner = &figures;
-    figures.Calculate(1, progress);
-  }
-  if (ComputeBins(data, dim, progress)) SetFlags(item, 1);
-  if (alone) owner = nullptr;
+  if (owner != nullptr ? ComputeBins(data, dim, progress) : ComputeAlone(data, dim, progress)) SetFlags(item, 1);
   return (GetFlags(item) & 1) != 0;
 }
 
+bool CStats_Histogram::ComputeAlone(CStats_Data* data, int dim, CProgressSink* progress) {
+  CStats_Univariate figures;
+  figures.Add(data, dim);
+  if (!figures.Calculate(1, progress)) return false;  // cancelled: no bins from partial figures
+  owner = &figures;
+  const bool done = ComputeBins(data, dim, progress);
+  owner = nullptr;
+  return done;
+}
+
 bool CStats_Histogram::ComputeBins(CStats_Data* data, int dim, CProgressSink* progress) {
+  if (owner == nullptr) return ComputeAlone(data, dim, progress);
+  if (binMode_ != kSortedMode && binMode_ != kBinnedMode) return false;
   if (progress != nullptr) {
     progress->SetTask("Histogram computation", 0);
     if (!progress->OnProgress(0)) return false;
@@ -172,14 +180,14 @@ double CStats_Histogram::GetCumulative(double value) {
 int CStats_Histogram::FindFirstBin(double fraction) {
   fraction = Fraction(fraction);
   int bin = 0;
-  while (bin < GetBinCount() && bins[static_cast<std::size_t>(bin)].cumulative < fraction) ++bin;
+  while (bin < GetBinCount() && !(bins[static_cast<std::size_t>(bin)].cumulative >= fraction)) ++bin;
   return bin;
 }
 
 int CStats_Histogram::FindLastBin(double fraction) {
   fraction = Fraction(fraction);
   int bin = GetBinCount() - 1;
-  while (bin >= 0 && bins[static_cast<std::size_t>(bin)].cumulative >= fraction) --bin;
+  while (bin >= 0 && !(bins[static_cast<std::size_t>(bin)].cumulative < fraction)) --bin;
   return bin;
 }
 
@@ -206,16 +214,20 @@ void CStats_Histogram::Serialize(CArchive& archive) {
     archive << version;
     CStats_Calculator::Serialize(archive);
     archive << binMode_ << maxBins_ << validCount_ << count;
-  } else {
-    archive >> version;
-    CStats_Calculator::Serialize(archive);
-    archive >> binMode_ >> maxBins_ >> validCount_ >> count;
-    if (count < 0 || static_cast<std::size_t>(count) > archive.GetRemaining() / kStoredBin) archive.Fail();
-    bins.clear();
-    if (archive.IsFailed()) return;
-    bins.resize(static_cast<std::size_t>(count));
+    for (auto& bin : bins) bin.Serialize(archive);
+    return;
   }
+  archive >> version;
+  if (version != 0) archive.Fail();
+  CStats_Calculator::Serialize(archive);
+  archive >> binMode_ >> maxBins_ >> validCount_ >> count;
+  const bool fits = count >= 0 && static_cast<std::size_t>(count) <= archive.GetRemaining() / kStoredBin;
+  if (!fits || validCount_ < 0) archive.Fail();
+  bins.assign(archive.IsFailed() ? 0 : static_cast<std::size_t>(count), CHistogramBin());
   for (auto& bin : bins) bin.Serialize(archive);
+  if (!archive.IsFailed()) return;
+  bins.clear();
+  validCount_ = 0;
 }
 
 }  // namespace tallyscope

@@ -17,12 +17,12 @@ struct CHistogramBin {
   virtual ~CHistogramBin() = default;
   virtual void Serialize(CArchive& archive);  // version 1; version 0, without dataMin and dataMax, is read too
 
-  double binMin = 0;        // edges
+  double binMin = 0;  // edges
   double binMax = 0;
-  double dataMin = 1e10;    // smallest and largest value that fell in the bin
+  double dataMin = 1e10;  // smallest and largest value that fell in the bin
   double dataMax = -1e10;
-  double count = 0;         // stations; not whole where Regroup has cut a bin
-  double cumulative = 0;    // fraction of the valid stations in this bin and those before it
+  double count = 0;       // stations; not whole where Regroup has cut a bin
+  double cumulative = 0;  // fraction of the valid stations in this bin and those before it
 };
 
 // The histogram of one field, in bins of equal count (mode 0, "sorted") or of equal width (mode 1, "binned").
@@ -31,8 +31,8 @@ struct CHistogramBin {
 //   histogram.SetMaxBins(64);
 //   histogram.Add(&table, 3);
 //   histogram.Calculate(1, nullptr);
-// Sorted bins need the field's sort table and fail when the table is too large to sort. Nulls are skipped. Quantiles are
-// interpolated within the cumulative curve; they are no order statistics.
+// Sorted bins need the field's sort table and fail when the table is too large to sort. Nulls are skipped. Quantiles
+// are interpolated within the cumulative curve; they are no order statistics.
 class CStats_Histogram : public CStats_Calculator {
  public:
   std::vector<CHistogramBin> bins;
@@ -52,23 +52,24 @@ class CStats_Histogram : public CStats_Calculator {
   // Middle of the values of the densest bin; 0 without bins. Sorted: the bin of the smallest spread; binned: of the
   // largest count.
   virtual double GetMode();
-  virtual double GetPercentile(double fraction);      // value at a cumulative fraction; 0 without bins
-  virtual int FindPercentileBin(double fraction);     // first bin whose cumulative reaches it; -1 without bins
-  virtual int GetBinIndex(double value);              // bin of a value; -1 without bins
-  virtual double GetCumulative(double value);         // cumulative fraction at a value; 0 without bins
-  virtual int FindFirstBin(double fraction);          // first bin at or above; the bin count if none
-  virtual int FindLastBin(double fraction);           // last bin strictly below; -1 if none
+  virtual double GetPercentile(double fraction);   // value at a cumulative fraction; 0 without bins
+  virtual int FindPercentileBin(double fraction);  // first bin whose cumulative reaches it; -1 without bins
+  virtual int GetBinIndex(double value);           // bin of a value; -1 without bins
+  virtual double GetCumulative(double value);      // cumulative fraction at a value; 0 without bins
+  virtual int FindFirstBin(double fraction);       // first bin at or above; the bin count if none
+  virtual int FindLastBin(double fraction);        // last bin strictly below; -1 if none
 
   // Histogram of a plain vector, for a fresh object. The item it adds has no data set afterwards.
   virtual bool Compute(std::vector<double>* values, int binMode);
-  virtual bool ConvertToSorted(int bins);  // from equal width to equal count, without reading the data again
-  virtual bool Regroup(int bins);          // sorted bins into fewer; false for other modes, no bins, or bins < 1
+  virtual bool ConvertToSorted(int count);  // from equal width to equal count, without reading the data again
+  virtual bool Regroup(int count);          // sorted bins into fewer; false for other modes, no bins, or count < 1
   virtual bool ComputeBins(CStats_Data* data, int dim, CProgressSink* progress);
 
   // Takes bins that the owner has counted on its way, and marks item 0 computed. Nothing without a bin.
   void TakeBins(const BinCounter& counter);
 
  private:
+  bool ComputeAlone(CStats_Data* data, int dim, CProgressSink* progress);  // with figures computed on the way
   bool ComputeSorted(CStats_Data* data, int dim, CProgressSink* progress);
   bool ComputeBinned(CStats_Data* data, int dim, CProgressSink* progress);
 

@@ -10,7 +10,9 @@ namespace tallyscope {
 namespace {
 
 // Whole stations of a count; a count that no table can have (from a damaged archive) is none.
-long GetWhole(double count) { return count > 0 && count < 0x1p31 ? static_cast<long>(count) : 0; }
+long GetWhole(double count) {
+  return count > 0 && count < 0x1p31 ? static_cast<long>(count) : 0;
+}
 
 // Eats old bins from the front, whole or in part; a bin that is cut shrinks in place.
 class BinEater {

@@ -63,16 +63,17 @@ void CStats_Univariate::CalculateFlags(int item, int flags, CProgressSink* progr
   const int dim = GetItemDim(item);
   const auto missing = [&](int flag) { return (flags & flag) != 0 && (GetFlags(item) & flag) == 0; };
   if (missing(kBasic) && CalcBasic(data, dim, progress)) SetFlags(item, kBasic);
+  if ((GetFlags(item) & kBasic) == 0) return;  // cancelled: nothing may pass as done on partial figures
   // A class of its own may compute its skewness in its own way, and a sink is told of each pass by itself.
-  const bool inOne = missing(kSkewness) && missing(kBinned) && progress == nullptr &&
-                     typeid(*this) == typeid(CStats_Univariate);
+  const bool inOne =
+      missing(kSkewness) && missing(kBinned) && progress == nullptr && typeid(*this) == typeid(CStats_Univariate);
   if (missing(kSkewness) && (inOne ? CalcSkewnessAndBins(data, dim) : CalcSkewness(data, dim, progress))) {
     SetFlags(item, kSkewness);
   }
   if (missing(kSorted) && MakeSorted(data, dim, progress)) SetFlags(item, kSorted);
   if (!missing(kBinned)) return;
-  const bool binned = inOne ? binnedHistogram.Calculate(1, nullptr) && CalcBinned(data, dim)
-                            : MakeBinned(data, dim, progress);
+  const bool binned =
+      inOne ? binnedHistogram.Calculate(1, nullptr) && CalcBinned(data, dim) : MakeBinned(data, dim, progress);
   if (binned) SetFlags(item, kBinned);
   if ((GetFlags(item) & kSorted) == 0) ShowBinned();
 }
@@ -82,6 +83,7 @@ void CStats_Univariate::CalculateRequests(int item, int flags, CProgressSink* pr
   const int dim = GetItemDim(item);
   constexpr int kBoth = kSortedOrBinned | kBinnedAnyway;
   if ((GetFlags(item) & kBasic) == 0 && CalcBasic(data, dim, progress)) SetFlags(item, kBasic);
+  if ((GetFlags(item) & kBasic) == 0) return;
   bool sorted = false;
   if ((flags & kSortedOrBinned) != 0) {
     sorted = MakeSorted(data, dim, progress);
@@ -216,6 +218,7 @@ void CStats_Univariate::Serialize(CArchive& archive) {
     archive << version;
   } else {
     archive >> version;
+    if (version != 0) archive.Fail();
   }
   CStats_Calculator::Serialize(archive);
 }

@@ -8,16 +8,16 @@ namespace tallyscope {
 
 // The figures of one field. Nulls are counted and skipped; NaN and infinities pass through as they come.
 struct UnivariateFigures {
-  int total = 0;                  // stations
-  int valid = 0;                  // with a value
-  int invalid = 0;                // nulls
-  double minimum = 0;             // 0 without valid values; starts from 1e10, so never above that
-  double maximum = 0;             // starts from -1e10
+  int total = 0;       // stations
+  int valid = 0;       // with a value
+  int invalid = 0;     // nulls
+  double minimum = 0;  // 0 without valid values; starts from 1e10, so never above that
+  double maximum = 0;  // starts from -1e10
   double mean = 0;
-  double variance = 0;            // sample variance, divisor valid - 1
+  double variance = 0;  // sample variance, divisor valid - 1
   double standardDeviation = 0;
-  double ratio = 0;               // mean over standard deviation
-  double skewness = 0;            // third population moment over the cube of the sample standard deviation
+  double ratio = 0;     // mean over standard deviation
+  double skewness = 0;  // third population moment over the cube of the sample standard deviation
 
   // The quantiles on show: the sorted histogram's once it has been asked for, before that the binned one's.
   double median = 0;
@@ -64,8 +64,7 @@ class CStats_Univariate : public CStats_Calculator, public UnivariateFigures {
   void CalculateRequests(int item, int flags, CProgressSink* progress);  // bits 16 and 32
   bool CalcSkewnessAndBins(CStats_Data* data, int dim);
   void SetSkewness(double cubes);
-  void PrepareHistogram(CStats_Histogram& histogram, CStats_Data* data, int dim, int binMode,
-                        int maxBins);
+  void PrepareHistogram(CStats_Histogram& histogram, CStats_Data* data, int dim, int binMode, int maxBins);
   bool MakeSorted(CStats_Data* data, int dim, CProgressSink* progress);
   bool MakeBinned(CStats_Data* data, int dim, CProgressSink* progress);
   void ShowBinned();

@@ -2,13 +2,13 @@
 #include "statistics/bvector.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "platform/core/Archive.h"
 
 namespace tallyscope {
 
 void bvector::Resize(int size) {
+  size = std::max(size, 0);
   if (size > size_) bytes_.resize(static_cast<std::size_t>(size) / 8 + 1);
   size_ = size;
 }
@@ -25,32 +25,38 @@ void bvector::Clear() {
 }
 
 void bvector::SetRange(int first, int last, bool value) {
-  while (first <= last && first % 8 != 0) Set(first++, value);
   if (first > last) return;
-  const int bytes = (last - first + 1) / 8;
-  std::memset(bytes_.data() + first / 8, value ? 0xff : 0, static_cast<std::size_t>(bytes));
-  for (first += bytes * 8; first <= last; ++first) Set(first, value);
+  // Single bits up to a whole byte, whole bytes, single bits again.
+  const int firstWhole = first / 8 + (first % 8 == 0 ? 0 : 1);
+  const int endWhole = last / 8 + (last % 8 == 7 ? 1 : 0);
+  if (firstWhole >= endWhole) {
+    for (int i = first; i <= last; ++i) Set(i, value);
+    return;
+  }
+  for (int i = first; i < 8 * firstWhole; ++i) Set(i, value);
+  std::fill(bytes_.begin() + firstWhole, bytes_.begin() + endWhole, static_cast<std::uint8_t>(value ? 0xff : 0));
+  for (int i = last - last % 8; last % 8 != 7 && i <= last; ++i) Set(i, value);
 }
 
 void bvector::Serialize(CArchive& archive) {
+  auto count = static_cast<std::int32_t>(bytes_.size());
+  std::int32_t size = size_;
   if (archive.IsStoring()) {
-    archive << size_ << static_cast<std::int32_t>(bytes_.size());
+    archive << size << count;
     archive.Write(bytes_.data(), bytes_.size());
     return;
   }
-  Clear();
-  std::int32_t size = 0;
-  std::int32_t count = 0;
   archive >> size >> count;
-  const bool fits = count >= 0 && static_cast<std::size_t>(count) <= archive.GetRemaining() && size >= 0 &&
-                    size <= static_cast<std::int64_t>(count) * 8;
-  if (archive.IsFailed() || !fits) {
+  const auto byteCount = static_cast<std::size_t>(std::max(count, 0));
+  const bool holds = size >= 0 && count >= 0 && static_cast<std::size_t>(size) <= 8 * byteCount;
+  if (archive.IsFailed() || !holds || byteCount > archive.GetRemaining()) {
     archive.Fail();
+    Clear();
     return;
   }
-  bytes_.resize(static_cast<std::size_t>(count));
-  archive.Read(bytes_.data(), bytes_.size());
   size_ = size;
+  bytes_.resize(byteCount);
+  archive.Read(bytes_.data(), byteCount);
 }
 
 }  // namespace tallyscope

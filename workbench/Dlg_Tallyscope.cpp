@@ -91,6 +91,7 @@ bool CDlg_Tallyscope::OnInitDialog() {
   ShowDlgItem(kControlHelp, !helpFile_.empty());
   grid_->AutoSizeColumns();
   RestoreLayout();
+  ShowKeyColumn();
   return true;
 }
 
@@ -234,7 +235,16 @@ void CDlg_Tallyscope::OnSelchangeKeyField() {
   if (sheet_) sheet_->Process(0);
   const int before = GetKeyDim();
   UpdateData(true);
-  if (GetKeyDim() != before) RefreshDialog(false);
+  if (GetKeyDim() == before) return;
+  RefreshDialog(false);
+  ShowKeyColumn();
+}
+
+// Brings the key field's column into view, at the rows that are there.
+void CDlg_Tallyscope::ShowKeyColumn() {
+  if (GetSSData() == GetData() && GetData() != nullptr) {
+    grid_->EnsureVisible(grid_->GetTopLeft().row, IndexFromDim(GetKeyDim(), GetDimension()) + 1);
+  }
 }
 
 void CDlg_Tallyscope::OnSelchangeAncField() {

@@ -131,6 +131,7 @@ class CDlg_Tallyscope : public CDialog {
   void FillModes();
   void FillBoxes();
   void ChangeMode();
+  void ShowKeyColumn();
   void StartSheet(int wizard, int startPage, int titleId);
   int RepairedDim(int dim) const;  // the dim if the table has it, else 0
 

@@ -61,12 +61,22 @@ void FigurePanel::Arrange(int columns) {
   for (int row = 0; row <= static_cast<int>(boxes_.size()); ++row) grid_->setRowStretch(row, row == rows ? 1 : 0);
 }
 
+int FigurePanel::GetWidest() const {
+  int widest = 1;
+  for (const auto* box : boxes_) widest = std::max(widest, box->minimumSizeHint().width());
+  return widest;
+}
+
+// One column is the least, so that a scroll area round the panel lets it reflow before it scrolls sideways.
+QSize FigurePanel::minimumSizeHint() const {
+  const QMargins margins = grid_->contentsMargins();
+  return {GetWidest() + margins.left() + margins.right(), grid_->totalMinimumSize().height()};
+}
+
 void FigurePanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  int widest = 1;
-  for (const auto* box : boxes_) widest = std::max(widest, box->sizeHint().width());
   const int gap = std::max(grid_->horizontalSpacing(), 0);
-  Arrange(std::clamp((width() + gap) / (widest + gap), 1, kMostColumns));
+  Arrange(std::clamp((grid_->contentsRect().width() + gap) / (GetWidest() + gap), 1, kMostColumns));
 }
 
 CString FigurePanel::GetText() const {

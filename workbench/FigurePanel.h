@@ -34,11 +34,14 @@ class FigurePanel : public QWidget {
   CString GetText() const;  // group, caption, figure: a line each
   void CopyText() const;    // to the clipboard
 
+  QSize minimumSizeHint() const override;
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   QGroupBox* MakeGroup(CWnd& owner, const FigureGroup& group);
+  int GetWidest() const;
   void Arrange(int columns);
 
   QGridLayout* grid_;

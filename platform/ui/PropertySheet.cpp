@@ -89,17 +89,17 @@ QWidget* CPropertySheet::MakeButtons() {
   const bool wizard = (style & kPropertySheetWizard) != 0;
   const bool window = window_ != nullptr;
   const struct {
-    int id;
     const char* caption;
+    int id;
     bool shown;
   } buttons[] = {
-      {kIdBack, "< &Back", wizard},
-      {kIdNext, "&Next >", wizard},
-      {kIdFinish, "&Finish", false},
-      {kIdOk, "OK", window && !wizard},
-      {kIdCancel, "Cancel", window || wizard},
-      {kIdApply, "&Apply", window && !wizard},
-      {kIdHelp, "&Help", (style & kPropertySheetHelp) != 0},
+      {"< &Back", kIdBack, wizard},
+      {"&Next >", kIdNext, wizard},
+      {"&Finish", kIdFinish, false},
+      {"OK", kIdOk, window && !wizard},
+      {"Cancel", kIdCancel, window || wizard},
+      {"&Apply", kIdApply, window && !wizard},
+      {"&Help", kIdHelp, (style & kPropertySheetHelp) != 0},
   };
   auto* row = new QWidget;
   auto* layout = new QHBoxLayout(row);

@@ -273,6 +273,12 @@ TEST(Grid, CopiesTheCurrentCell) {
   EXPECT_EQ(QApplication::clipboard()->text(), "4:2");
 }
 
+TEST(Grid, AScreenReaderHearsTheCurrentCell) {
+  ShownGrid shown(11, 3);
+  shown.grid.SetCurrentCell(4, 2);
+  EXPECT_EQ(shown.grid.accessibleDescription(), "row 4, 0:2: 4:2");
+}
+
 TEST(Grid, ATipShowsTheWholeTextOfACutCell) {
   ShownGrid shown(11, 3);
   shown.owner.fill = [](GV_DISPINFO& info) { info.text = info.col == 1 ? "a <b>long</b> heading with more" : "1"; };
