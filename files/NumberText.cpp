@@ -46,7 +46,7 @@ const NumberCharacters& GetNumberCharacters() {
 void SetNumberCharacters(NumberCharacters characters) { Chosen() = std::move(characters); }
 
 CString FormatGeneral(double value, int precision) {
-  char text[512];
+  char text[800];  // a double has 767 significant digits at most
   const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, precision);
   return CString(text, end.ptr);
 }

@@ -12,8 +12,8 @@ namespace {
 
 using Names = std::vector<std::string_view>;
 
-// Headings that go together. The first family wins whose x and y are both there; z comes from the same family, so that a
-// height measured beside a plane pair of coordinates stays a field.
+// Headings that go together. The first family wins whose x and y are both there; z comes from the same family, so that
+// a height measured beside a plane pair of coordinates stays a field.
 struct AxisFamily {
   Names x;
   Names y;
@@ -33,7 +33,9 @@ const std::vector<AxisFamily>& GetFamilies() {
       {{"utme", "utmx", "utmeast", "utmeasting", "xutm", "eutm"},
        {"utmn", "utmy", "utmnorth", "utmnorthing", "yutm", "nutm"},
        {"elev", "elevation", "utmz", "z", "rl"}},
-      {{"xmid", "midx", "xcentre", "xcenter"}, {"ymid", "midy", "ycentre", "ycenter"}, {"zmid", "midz", "zcentre", "zcenter"}},
+      {{"xmid", "midx", "xcentre", "xcenter"},
+       {"ymid", "midy", "ycentre", "ycenter"},
+       {"zmid", "midz", "zcentre", "zcenter"}},
       {{"lon", "long", "longitude"}, {"lat", "latitude"}, {"depth", "elev", "elevation", "altitude", "z"}},
   };
   return families;
@@ -103,7 +105,8 @@ AxisChoice Guess(const CHostTable& table, bool suggest) {
 // Adds the column of that name, or says why it can't be an axis.
 bool AddAxis(const CHostTable& table, const CString& file, const CString& name, AxisChoice& choice) {
   const auto& columns = table.GetFileColumns();
-  const auto found = std::find_if(columns.begin(), columns.end(), [&](const auto& column) { return column.name == name; });
+  const auto found =
+      std::find_if(columns.begin(), columns.end(), [&](const auto& column) { return column.name == name; });
   if (found == columns.end()) {
     std::vector<CString> names;
     for (const auto& column : columns) names.push_back(column.name);
@@ -130,7 +133,8 @@ AxisChoice ChooseAxes(const CHostTable& table, const CString& file, const Reader
   if (!pair) {
     choice = Guess(table, false);
     if (choice.columns.empty()) {
-      choice.error = "No x and y were found in the headings of " + file + " that " + options.z + " could go with: name them too.";
+      choice.error =
+          "No x and y were found in the headings of " + file + " that " + options.z + " could go with: name them too.";
       return choice;
     }
     choice.columns.resize(2);

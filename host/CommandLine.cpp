@@ -20,8 +20,8 @@ constexpr CommandRow kCommands[] = {
 };
 
 const CommandRow* FindCommand(const CString& name) {
-  const auto* found = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                   [&](const CommandRow& row) { return name == row.name; });
+  const auto* found =
+      std::find_if(std::begin(kCommands), std::end(kCommands), [&](const CommandRow& row) { return name == row.name; });
   return found == std::end(kCommands) ? nullptr : found;
 }
 
@@ -31,7 +31,8 @@ void PrintHelp(std::ostream& out) {
          "       tallyscope COMMAND [OPTIONS]\n\n"
          "Commands:\n";
   for (const auto& row : kCommands) {
-    out << "  " << row.name << CString(12 - std::min<std::size_t>(11, CString(row.name).size()), ' ') << row.description << "\n";
+    out << "  " << row.name << CString(12 - std::min<std::size_t>(11, CString(row.name).size()), ' ') << row.description
+        << "\n";
   }
   out << "\nA file called like a command is opened by 'tallyscope open NAME' or './NAME'.\n"
          "Options:\n"
@@ -62,7 +63,9 @@ int RunCommand(const CommandRow& row, const std::vector<CString>& arguments, std
 
 }  // namespace
 
-std::span<const CommandRow> GetCommands() { return kCommands; }
+std::span<const CommandRow> GetCommands() {
+  return kCommands;
+}
 
 int RunCommandLine(const std::vector<CString>& arguments, std::ostream& out, std::ostream& err) {
   const CString first = arguments.empty() ? CString() : arguments.front();

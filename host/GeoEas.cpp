@@ -12,7 +12,8 @@ namespace tallyscope {
 
 namespace {
 
-// The programs of the library take values from -1e21 to 1e21 as data, and what lies beyond as missing: 1e31 is customary.
+// The programs of the library take values from -1e21 to 1e21 as data, and what lies beyond as missing: 1e31 is
+// customary.
 constexpr double kTrimmingLimit = 1e21;
 constexpr std::size_t kMaxLine = 4096;
 
@@ -39,19 +40,21 @@ class CHeadLines {
   std::string_view text_;
 };
 
-// The words of a line that are numbers, up to the first that is none. `rest` is true when there is such a one.
-int CountNumbers(std::string_view line, bool& rest) {
+struct Words {
   int numbers = 0;
+  int others = 0;
+};
+
+// The words of a line, parted by blanks and commas.
+Words CountWords(std::string_view line) {
+  Words words;
   double value = 0;
-  for (line = TrimBlanks(line); !line.empty(); line = TrimBlanks(line)) {
+  while (!line.empty()) {
     const auto length = std::min(line.find_first_of(" \t,"), line.size());
-    rest = !ParseNumber(line.substr(0, length), '.', value);
-    if (rest) return numbers;
-    ++numbers;
-    line.remove_prefix(std::min(length + (length < line.size() && line[length] == ',' ? 1 : 0), line.size()));
+    if (length > 0) ++(ParseNumber(line.substr(0, length), '.', value) ? words.numbers : words.others);
+    line.remove_prefix(std::min(length + 1, line.size()));
   }
-  rest = false;
-  return numbers;
+  return words;
 }
 
 // The number of variables. Grid files have the size of the grid behind it.
@@ -60,16 +63,9 @@ std::optional<std::size_t> ReadCount(std::string_view line) {
   const auto [end, fault] = std::from_chars(line.data(), line.data() + line.size(), count);
   if (fault != std::errc() || count < 1 || count > kMaxColumns) return std::nullopt;
   const std::string_view behind(end, static_cast<std::size_t>(line.data() + line.size() - end));
-  bool rest = false;
-  if (!behind.empty() && !IsBlank(behind.front())) return std::nullopt;
-  CountNumbers(behind, rest);
-  return rest || behind.find(',') != std::string_view::npos ? std::nullopt : std::optional(count);
-}
-
-bool IsName(std::string_view line) {
-  bool rest = false;
-  CountNumbers(line, rest);
-  return rest;
+  const bool parted = behind.empty() || IsBlank(behind.front());
+  if (!parted || behind.find(',') != std::string_view::npos || CountWords(behind).others > 0) return std::nullopt;
+  return count;
 }
 
 }  // namespace
@@ -83,16 +79,15 @@ std::optional<TextLayout> ReadGeoEasHead(std::string_view text) {
   TextLayout layout;
   for (std::size_t i = 0; i < *count; ++i) {
     const auto name = lines.Next();
-    if (!name || !IsName(*name)) return std::nullopt;
+    if (!name || CountWords(*name).others == 0) return std::nullopt;
     layout.names.push_back(IsUtf8(*name) ? CString(*name) : Latin1ToUtf8(*name));
   }
   layout.at = lines.at;
   layout.line = lines.line;
   layout.nullSize = kTrimmingLimit;
   const auto first = lines.Next();
-  bool rest = false;
-  // A delimited text of one column may look like this so far, but its rows then hold no numbers.
-  if (first && CountNumbers(*first, rest) == 0) return std::nullopt;
+  // A text of one column may look like this so far, but its rows then hold no numbers.
+  if (first && CountWords(*first).numbers == 0) return std::nullopt;
   return layout;
 }
 

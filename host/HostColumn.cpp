@@ -48,8 +48,9 @@ void CHostColumn::Finish(std::size_t rows) {
 }
 
 std::size_t CHostColumn::CountValid() const {
-  return std::accumulate(valid_.begin(), valid_.end(), std::size_t{0},
-                         [](std::size_t sum, std::uint64_t word) { return sum + static_cast<unsigned>(std::popcount(word)); });
+  return std::accumulate(valid_.begin(), valid_.end(), std::size_t{0}, [](std::size_t sum, std::uint64_t word) {
+    return sum + static_cast<unsigned>(std::popcount(word));
+  });
 }
 
 }  // namespace tallyscope

@@ -60,7 +60,8 @@ class CHostColumn {
   };
   void Resize(std::size_t rows);
 
-  // From realloc: the system moves pages of a large block instead of copying them, so growing never needs twice the room.
+  // From realloc: the system moves pages of a large block instead of copying them, so growing never needs twice the
+  // room.
   std::unique_ptr<double, Free> values_;
   std::vector<std::uint64_t> valid_;
   std::size_t capacity_ = 0;

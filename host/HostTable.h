@@ -12,8 +12,9 @@ namespace tallyscope {
 // A table in memory, column by column, as the readers leave it.
 //   std::unique_ptr<CHostTable> table = OpenTable("meuse.csv", {}, nullptr, error);
 //   table->GetValueName(-1);   // "x"
-// A column that serves as an axis is no ordinary field any more: the fields are the remaining columns in the order of the
-// file. A raw read of a null gives the limit of "<0.01", the value of a declared null, and kEmptyCell for the others.
+// A column that serves as an axis is no ordinary field any more: the fields are the remaining columns in the order of
+// the file. A raw read of a null gives the limit of "<0.01", the value of a declared null, and kEmptyCell for the
+// others.
 class CHostTable : public CStats_Data {
  public:
   // Every column has been finished with `stations` rows.

@@ -11,7 +11,9 @@ namespace tallyscope {
 
 namespace {
 
-bool IsLetter(char c, char lower) { return (c | 0x20) == lower; }
+bool IsLetter(char c, char lower) {
+  return (c | 0x20) == lower;
+}
 
 bool IsEmptyWord(std::string_view text) {
   switch (text.size()) {

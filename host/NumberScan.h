@@ -14,8 +14,8 @@
 namespace tallyscope {
 
 // Reads a whole text as a decimal number: sign, digits with `decimal` among them, exponent. Rounds as strtod does, to 0
-// where the number is too small for a double. False for anything else, for hexadecimal, for the words of infinity and NaN,
-// and for what is too large for a double.
+// where the number is too small for a double. False for anything else, for hexadecimal, for the words of infinity and
+// NaN, and for what is too large for a double.
 bool ParseNumber(std::string_view text, char decimal, double& value);
 
 // The number that starts at `p`, in the same form but for a leading "+": the place behind it, or null when there is
@@ -61,11 +61,11 @@ inline constexpr std::uint64_t kWholePowers[] = {1, 10, 100, 1000, 10000, 100000
 
 }  // namespace number_scan
 
-// The quick way for the numbers that tables are full of: a minus at most, up to 8 digits, and `decimal` with up to 8 more.
-// Returns the place of the first byte behind the number, and null when the number is of another kind. That the byte ends
-// the cell is for the caller to see: an exponent may begin there.
-// The digits make a whole number below 2^53, and the power of ten is exact as well, so the one division rounds as strtod.
-// REQUIRES: kPlainNumberReach readable bytes from `p`.
+// The quick way for the numbers that tables are full of: a minus at most, up to 8 digits, and `decimal` with up to 8
+// more. Returns the place of the first byte behind the number, and null when the number is of another kind. That the
+// byte ends the cell is for the caller to see: an exponent may begin there. The digits make a whole number below 2^53,
+// and the power of ten is exact as well, so the one division rounds as strtod. REQUIRES: kPlainNumberReach readable
+// bytes from `p`.
 [[gnu::always_inline]] inline const char* ScanPlainNumber(const char* p, char decimal, double& value) {
   const std::uint32_t negative = *p == '-' ? 1 : 0;
   const std::uint32_t others = (number_scan::NonDigits(p) & ~negative) | 0x10000;

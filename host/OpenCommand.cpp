@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include <map>
-
 #include <CLI/CLI.hpp>
 
+#include "host/Choice.h"
 #include "host/Command.h"
 #include "host/CommandLine.h"
 #include "host/ReaderFlags.h"
@@ -15,11 +14,8 @@ class COpenCommand : public CCommand {
  public:
   void AddOptions(CLI::App& app) override {
     app.add_option("FILE", request_.file, "the table; without it the window asks for one");
-    app.add_option_function<CTallyscope::eAnalysisMode>(
-           "--mode", [this](const auto& mode) { request_.mode = mode; }, "what to start with: univariate")
-        ->type_name("MODE")
-        ->transform(CLI::CheckedTransformer(
-            std::map<CString, CTallyscope::eAnalysisMode>{{"univariate", CTallyscope::eUnivariate}}));
+    AddChoice<CTallyscope::eAnalysisMode>(app, "--mode", {{"univariate", CTallyscope::eUnivariate}},
+                                          "analysis to start with", [this](const auto& mode) { request_.mode = mode; });
     app.add_option("--field", request_.field, "field to start with")->type_name("NAME");
     app.add_option("--pictures", request_.pictures, "write a picture of each page to that folder, and end")
         ->type_name("FOLDER");
@@ -35,6 +31,8 @@ class COpenCommand : public CCommand {
 
 }  // namespace
 
-std::unique_ptr<CCommand> MakeOpenCommand() { return std::make_unique<COpenCommand>(); }
+std::unique_ptr<CCommand> MakeOpenCommand() {
+  return std::make_unique<COpenCommand>();
+}
 
 }  // namespace tallyscope

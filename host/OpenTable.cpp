@@ -17,7 +17,8 @@ CString RefuseBinary(std::string_view text, const CString& file) {
   if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF")) {
     return file + " is UTF-16 text, which isn't read: save it as UTF-8.";
   }
-  if (head.starts_with("PK\x03\x04")) return file + " is a ZIP archive or an office document: save the table as CSV text.";
+  if (head.starts_with("PK\x03\x04"))
+    return file + " is a ZIP archive or an office document: save the table as CSV text.";
   const auto zero = head.find('\0');
   if (zero == std::string_view::npos) return {};
   return file + " is no text file: byte " + std::to_string(zero + 1) + " is zero.";
@@ -34,7 +35,8 @@ void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& op
   opened.axes = choice.description;
 }
 
-OpenedTable OpenSource(CTextSource& source, const CString& file, const ReaderOptions& options, CProgressSink* progress) {
+OpenedTable OpenSource(CTextSource& source, const CString& file, const ReaderOptions& options,
+                       CProgressSink* progress) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   const auto text = source.GetText();
   OpenedTable opened;

@@ -21,7 +21,7 @@ struct ReaderOptions {
   CString y{};
   CString z{};
   bool noAxes = false;
-  std::vector<CString> nulls{};  // further nulls: a number matches every cell of that value, a text the same text
+  std::vector<CString> nulls{};     // further nulls: a number matches every cell of that value, a text the same text
   std::optional<char> delimiter{};  // ' ' stands for any run of blanks and tabs
   std::optional<char> decimal{};    // '.' or ','
   std::optional<bool> headings{};   // whether the first line holds the names

@@ -59,7 +59,9 @@ CString Shortened(std::string_view text) {
   return shown;
 }
 
-CString Quoted(std::string_view text) { return "'" + Shortened(text) + "'"; }
+CString Quoted(std::string_view text) {
+  return "'" + Shortened(text) + "'";
+}
 
 CString SuggestNames(std::string_view missing, const std::vector<CString>& names) {
   constexpr std::size_t kLongest = 200;

@@ -28,9 +28,10 @@ std::vector<int> CountLabels(const CHostColumn& column, int stations) {
 void PrintLabels(const CHostColumn& column, int stations, std::ostream& out) {
   constexpr std::size_t kShown = 20;
   const auto counts = CountLabels(column, stations);
-  out << "Text " << column.name << ": " << Counted(static_cast<long long>(counts.size()), "label", "labels");
+  out << column.name << ": text, " << Counted(static_cast<long long>(counts.size()), "label", "labels");
   for (std::size_t i = 0; i < std::min(counts.size(), kShown); ++i) {
-    out << (i == 0 ? ": " : ", ") << i + 1 << " " << Quoted(column.labels[i]) << " x" << counts[i];
+    out << (i == 0 ? ": " : ", ") << std::to_string(i + 1) << " " << Shortened(column.labels[i]) << " ("
+        << std::to_string(counts[i]) << ")";
   }
   out << (counts.size() > kShown ? ", ...\n" : "\n");
 }
@@ -41,7 +42,8 @@ void PrintLimits(const CHostColumn& column, std::ostream& out) {
   out << column.name << ": ";
   if (counts.belowDetection > 0) out << Counted(counts.belowDetection, "value", "values") << " below detection";
   if (counts.aboveDetection > 0) {
-    out << (counts.belowDetection > 0 ? ", " : "") << Counted(counts.aboveDetection, "value", "values") << " above detection";
+    out << (counts.belowDetection > 0 ? ", " : "") << Counted(counts.aboveDetection, "value", "values")
+        << " above detection";
   }
   out << "\n";
 }
@@ -105,16 +107,22 @@ void PrintFacts(const CString& file, OpenedTable& opened, std::ostream& out) {
 }
 
 void PrintOverview(CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out) {
-  static constexpr double ColumnSummary::*kShown[] = {
-      &ColumnSummary::minimum,       &ColumnSummary::lowerQuartile, &ColumnSummary::median,
-      &ColumnSummary::mean,          &ColumnSummary::upperQuartile, &ColumnSummary::maximum,
-      &ColumnSummary::standardDeviation, &ColumnSummary::skewness};
+  static constexpr double ColumnSummary::*kShown[] = {&ColumnSummary::minimum,
+                                                      &ColumnSummary::lowerQuartile,
+                                                      &ColumnSummary::median,
+                                                      &ColumnSummary::mean,
+                                                      &ColumnSummary::upperQuartile,
+                                                      &ColumnSummary::maximum,
+                                                      &ColumnSummary::standardDeviation,
+                                                      &ColumnSummary::skewness};
   CTextGrid grid;
-  grid.AddRow({"field", "valid", "null", "minimum", "quartile", "median", "mean", "quartile", "maximum", "st. dev.", "skewness"});
+  grid.AddRow({"field", "valid", "null", "minimum", "lower q.", "median", "mean", "upper q.", "maximum", "st. dev.",
+               "skewness"});
   for (const auto& column : columns) {
     if (table.GetColumn(column.dim).IsText()) continue;
     std::vector<CString> cells = {Shortened(column.name), std::to_string(column.valid), std::to_string(column.invalid)};
-    for (const auto figure : kShown) cells.push_back(column.valid > 0 ? FormatGeneral(column.*figure, kShortDigits) : "");
+    for (const auto figure : kShown)
+      cells.push_back(column.valid > 0 ? FormatGeneral(column.*figure, kShortDigits) : "");
     grid.AddRow(std::move(cells));
   }
   grid.Print(out, "");

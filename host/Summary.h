@@ -32,7 +32,7 @@ struct ColumnSummary {
 };
 
 struct FigureRow {
-  const char* key;     // in JSON
+  const char* key;  // in JSON
   const char* caption;
   double ColumnSummary::*figure;
 };

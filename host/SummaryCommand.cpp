@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include <map>
 #include <ostream>
 
 #include <CLI/CLI.hpp>
 
+#include "host/Choice.h"
 #include "host/Command.h"
 #include "host/OpenTable.h"
 #include "host/ReaderFlags.h"
@@ -20,11 +20,11 @@ class CSummaryCommand : public CCommand {
   void AddOptions(CLI::App& app) override {
     app.add_option("FILE", file_, "the table; '-' is standard input")->required();
     app.add_option("--field", fields_, "only this field or axis, with all figures; may be given several times")
-        ->type_name("NAME")->allow_extra_args(false);
-    app.add_option("--quantiles", quantiles_, "from bins of equal count or of equal width: sorted or binned; binned")
-        ->type_name("sorted|binned")
-        ->transform(CLI::CheckedTransformer(
-            std::map<CString, Quantiles>{{"sorted", Quantiles::kSorted}, {"binned", Quantiles::kBinned}}));
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    AddChoice<Quantiles>(app, "--quantiles", {{"sorted", Quantiles::kSorted}, {"binned", Quantiles::kBinned}},
+                         "from bins of equal count, or of equal width (so without this)",
+                         [this](Quantiles kind) { quantiles_ = kind; });
     app.add_flag("--json", json_, "print JSON, with all digits");
     AddReaderFlags(app, reader_);
   }
@@ -36,7 +36,8 @@ class CSummaryCommand : public CCommand {
   OpenedTable Open(std::ostream& err) const;
   // The dims asked for, axes first without a choice. False, with a sentence, for a name that isn't there.
   bool FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const;
-  void Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out, std::ostream& err) const;
+  void Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out,
+             std::ostream& err) const;
 
   CString file_;
   std::vector<CString> fields_;
@@ -104,6 +105,8 @@ void CSummaryCommand::Print(OpenedTable& opened, const std::vector<ColumnSummary
 
 }  // namespace
 
-std::unique_ptr<CCommand> MakeSummaryCommand() { return std::make_unique<CSummaryCommand>(); }
+std::unique_ptr<CCommand> MakeSummaryCommand() {
+  return std::make_unique<CSummaryCommand>();
+}
 
 }  // namespace tallyscope

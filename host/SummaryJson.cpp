@@ -7,8 +7,8 @@
 
 namespace tallyscope {
 
-// Numbers are printed with the digits that read back to the same double. JSON has no infinity: a figure that left the range
-// of doubles is null.
+// Numbers are printed with the digits that read back to the same double. JSON has no infinity: a figure that left the
+// range of doubles is null.
 void PrintJson(const CString& file, CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out) {
   using Json = nlohmann::ordered_json;
   Json axes = Json::array();

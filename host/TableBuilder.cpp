@@ -15,7 +15,9 @@ namespace {
 // A text's code in the slot of a value: a NaN, which no number of a file is.
 constexpr std::uint64_t kCodeTag = 0x7FFC'0000'0000'0000;
 
-double BoxCode(int code) { return std::bit_cast<double>(kCodeTag | static_cast<std::uint32_t>(code)); }
+double BoxCode(int code) {
+  return std::bit_cast<double>(kCodeTag | static_cast<std::uint32_t>(code));
+}
 
 int UnboxCode(double value) {  // 0 for a value that is no code
   const auto bits = std::bit_cast<std::uint64_t>(value);
@@ -136,9 +138,10 @@ void CTableBuilder::FinishTexts(Building& building, bool isText) {
 
 void CTableBuilder::WarnOfBadCells(const Building& building, std::vector<CString>& warnings) const {
   const int count = building.column.counts.badCells;
-  warnings.push_back("Column " + building.column.name + ": " + Counted(count, "cell is no number", "cells are no numbers") +
-                     (count == 1 ? ", " : ", first ") + Quoted(building.firstText) + " at line " +
-                     std::to_string(building.firstLine) + "; read as " + (count == 1 ? "a null." : "nulls."));
+  warnings.push_back("Column " + building.column.name + ": " +
+                     Counted(count, "cell is no number", "cells are no numbers") + (count == 1 ? ", " : ", first ") +
+                     Quoted(building.firstText) + " at line " + std::to_string(building.firstLine) + "; read as " +
+                     (count == 1 ? "a null." : "nulls."));
 }
 
 std::vector<CHostColumn> CTableBuilder::Finish(std::vector<CString>& warnings) {

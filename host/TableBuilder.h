@@ -15,7 +15,8 @@ namespace tallyscope {
 // The columns of a table while its rows are read.
 //   while (more) {
 //     const std::size_t row = builder.StartRow();
-//     for (each column) builder.PutCell(column, row, text, line);   // or a number straight into GetValues()[column][row]
+//     for (each column) builder.PutCell(column, row, text, line);   // or a number straight into
+//     GetValues()[column][row]
 //   }
 //   if (builder.FindColumnsToReread()) ... the rows once more, with PutLabel
 //   std::vector<CHostColumn> columns = builder.Finish(warnings);
@@ -41,8 +42,8 @@ class CTableBuilder {
   void PutEmpty(std::size_t column, std::size_t row);
   void PutCell(std::size_t column, std::size_t row, std::string_view text, long line);
 
-  // Columns of texts that have numbers or limits among them: these are labels too, but their texts were not kept. Forgets
-  // what the columns hold. Every cell of theirs has to come again, to PutLabel.
+  // Columns of texts that have numbers or limits among them: these are labels too, but their texts were not kept.
+  // Forgets what the columns hold. Every cell of theirs has to come again, to PutLabel.
   std::vector<std::size_t> FindColumnsToReread();
   void PutLabel(std::size_t column, std::size_t row, std::string_view text);
 

@@ -26,6 +26,8 @@ bool CTerminalProgress::OnProgress(int percent) {
   return true;
 }
 
-void CTerminalProgress::SetTask(const char* text, int) { task_ = text; }
+void CTerminalProgress::SetTask(const char* text, int) {
+  task_ = text;
+}
 
 }  // namespace tallyscope

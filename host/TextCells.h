@@ -16,12 +16,16 @@ struct TextCell {
   CellEnd end = CellEnd::kText;
 };
 
-inline bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-inline bool IsLineEnd(char c) { return c == '\n' || c == '\r'; }
+inline bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
+inline bool IsLineEnd(char c) {
+  return c == '\n' || c == '\r';
+}
 std::string_view TrimBlanks(std::string_view text);
 
-// Walks a delimited text cell by cell, with quotes, doubled quotes and line breaks inside quotes. The delimiter ' ' is any
-// run of blanks and tabs, with none before the first cell and behind the last. Lines end with LF, CRLF or CR.
+// Walks a delimited text cell by cell, with quotes, doubled quotes and line breaks inside quotes. The delimiter ' ' is
+// any run of blanks and tabs, with none before the first cell and behind the last. Lines end with LF, CRLF or CR.
 class CTextCells {
  public:
   static constexpr std::size_t kMaxCell = std::size_t{1} << 20;  // bytes

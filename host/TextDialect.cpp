@@ -14,7 +14,7 @@ namespace tallyscope {
 namespace {
 
 constexpr char kDelimiters[] = {'\t', ';', '|', ',', ' '};
-constexpr char kNoDelimiter = '\0';  // a single column
+constexpr char kNoDelimiter = '\n';  // a single column: ends a line, so never parts cells
 constexpr std::size_t kSampleRows = 1000;
 constexpr std::size_t kSampleBytes = std::size_t{64} << 10;
 constexpr std::size_t kSampleLimit = std::size_t{16} << 20;
@@ -50,7 +50,14 @@ std::vector<SampleRow> ReadSample(std::string_view sample, bool cut, char delimi
     if (cells.SkipBlankLine()) continue;
     SampleRow row;
     do {
-      if (row.size() > kMaxColumns || cells.Next(cell) != CellFault::kNone) return rows;
+      const bool tooMany = row.size() > kMaxColumns;
+      const CellFault fault = tooMany ? CellFault::kTooLong : cells.Next(cell);
+      if (fault != CellFault::kNone) {
+        // What is wrong in the first line is for the reader to say, with the delimiter that shows before it.
+        if (fault == CellFault::kOpenQuote) row.push_back({{}, true});
+        if (rows.empty() && (tooMany || fault == CellFault::kOpenQuote)) rows.push_back(std::move(row));
+        return rows;
+      }
       row.push_back({CString(cell.text), cell.quoted});
     } while (cell.end == CellEnd::kDelimiter);
     if (cell.end == CellEnd::kText && cut) break;
@@ -59,11 +66,15 @@ std::vector<SampleRow> ReadSample(std::string_view sample, bool cut, char delimi
   return rows;
 }
 
+bool IsEmptyRow(const SampleRow& row) {
+  return std::all_of(row.begin(), row.end(), [](const SampleCell& cell) { return cell.text.empty(); });
+}
+
 std::size_t MostFrequentWidth(const std::vector<SampleRow>& rows, std::size_t first) {
   std::map<std::size_t, int> widths;
   for (std::size_t i = first; i < rows.size(); ++i) ++widths[rows[i].size()];
-  const auto most = std::max_element(widths.begin(), widths.end(),
-                                     [](const auto& a, const auto& b) { return a.second < b.second; });
+  const auto most =
+      std::max_element(widths.begin(), widths.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
   return most == widths.end() ? 0 : most->first;
 }
 
@@ -79,9 +90,9 @@ bool HasHeadings(const SampleRow& row, const CNullRules& rules) {
 }
 
 struct NumberShare {
-  int cells = 0;   // not null
-  int point = 0;   // numbers with a decimal point, and with none
-  int comma = 0;   // numbers with a decimal comma, and with none
+  int cells = 0;  // not null
+  int point = 0;  // numbers with a decimal point, and with none
+  int comma = 0;  // numbers with a decimal comma, and with none
 };
 
 NumberShare CountNumbers(const std::vector<SampleRow>& rows, const CNullRules& point, const CNullRules& comma) {
@@ -100,30 +111,30 @@ NumberShare CountNumbers(const std::vector<SampleRow>& rows, const CNullRules& p
 
 // Share of the rows that have the usual number of cells. The headings count as a row.
 double GetConsistency(const std::vector<SampleRow>& rows, const TextDialect& dialect) {
-  const auto same = std::count_if(rows.begin(), rows.end(),
-                                  [&](const SampleRow& row) { return row.size() == dialect.columns; });
-  return static_cast<double>(same + (dialect.rowNames ? 1 : 0)) / static_cast<double>(rows.size());
+  const auto same =
+      std::count_if(rows.begin(), rows.end(), [&](const SampleRow& row) { return row.size() == dialect.columns; });
+  return static_cast<double>(same) / static_cast<double>(rows.size());
 }
 
 bool HasRowNames(const std::vector<SampleRow>& rows, std::size_t width) {
   if (rows.size() < 2 || rows[0].size() < 2 || rows[0].size() + 1 != width) return false;
   // With a delimiter at the end of each row the last cell is the odd one.
-  return std::any_of(rows.begin() + 1, rows.end(),
-                     [](const SampleRow& row) { return !row.back().text.empty(); });
+  return std::any_of(rows.begin() + 1, rows.end(), [](const SampleRow& row) { return !row.back().text.empty(); });
 }
 
-// A column on its own has numbers, or there is no reason to take it for one. Delimiters in the first line speak against it.
+// A column on its own has numbers, or there is no reason to take it for one. Delimiters in the first line speak against
+// it.
 double ScoreColumn(double numbers, std::string_view firstLine) {
   const double score = 0.3 + 1.7 * numbers;
-  return firstLine.find_first_of(",;|\t") == std::string_view::npos ? score : score / 2;
+  return firstLine.find_first_of(",;|\t") == std::string_view::npos ? score : score / 3;
 }
 
 Candidate Judge(std::string_view sample, bool cut, char delimiter, const ReaderOptions& options) {
   Candidate candidate;
   auto& dialect = candidate.dialect;
   const auto rows = ReadSample(sample, cut, delimiter);
-  dialect.delimiter = delimiter == kNoDelimiter ? ',' : delimiter;
-  if (rows.empty()) return candidate;
+  dialect.delimiter = delimiter;
+  if (std::all_of(rows.begin(), rows.end(), IsEmptyRow)) return candidate;
 
   const CNullRules point({}, '.');
   const CNullRules comma({}, ',');
@@ -131,14 +142,13 @@ Candidate Judge(std::string_view sample, bool cut, char delimiter, const ReaderO
   dialect.decimal = options.decimal.value_or(delimiter != ',' && share.comma > share.point ? ',' : '.');
   const auto& rules = dialect.decimal == ',' ? comma : point;
   dialect.headings = options.headings.value_or(HasHeadings(rows[0], rules));
-  dialect.columns = MostFrequentWidth(rows, dialect.headings ? 1 : 0);
+  dialect.columns = MostFrequentWidth(rows, dialect.headings && rows.size() > 1 ? 1 : 0);
   dialect.rowNames = dialect.headings && HasRowNames(rows, dialect.columns);
   const int numbers = dialect.decimal == ',' ? share.comma : share.point;
   const double fraction = share.cells > 0 ? static_cast<double>(numbers) / share.cells : 0;
   const std::size_t width = std::max(dialect.columns, rows[0].size());
   if (delimiter == kNoDelimiter) {
     candidate.score = ScoreColumn(fraction, rows[0][0].text);
-    if (dialect.decimal == ',') dialect.delimiter = ';';  // which doesn't occur, while the comma does
   } else if (width > 1) {
     candidate.score = GetConsistency(rows, dialect) * (1 + fraction);
   }

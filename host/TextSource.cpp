@@ -13,7 +13,10 @@ namespace tallyscope {
 
 namespace {
 
-CString Because(const CString& path, int reason) { return path + " can't be read: " + std::strerror(reason) + "."; }
+CString Because(const CString& path, int reason) {
+  const char* const words = strerrordesc_np(reason);  // never translated, as our other sentences are not
+  return path + " can't be read: " + (words != nullptr ? words : "unknown error") + ".";
+}
 
 }  // namespace
 

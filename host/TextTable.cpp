@@ -63,7 +63,8 @@ bool CTextTableReader::FindNames() {
   }
   at_ = cells.at;
   line_ = cells.line;
-  if (cells.AtEnd()) return Refuse(file_ + (layout_.names.empty() ? " holds nothing but blank lines." : " has headings but no rows."));
+  if (cells.AtEnd())
+    return Refuse(file_ + (layout_.names.empty() ? " holds nothing but blank lines." : " has headings but no rows."));
   if (!layout_.names.empty()) {
     names_ = layout_.names;
   } else if (!dialect_.headings) {
@@ -86,8 +87,10 @@ bool CTextTableReader::ReadHeadings() {
   if (dialect_.rowNames) names_.emplace_back();
   do {
     const CellFault fault = names_.size() > kMaxColumns ? CellFault::kTooLong : cells.Next(cell);
-    const CString place = file_ + ", line " + std::to_string(cells.line) + ", column " + std::to_string(names_.size() + 1);
-    if (names_.size() > kMaxColumns) return Refuse(place + ": there are more than " + std::to_string(kMaxColumns) + " headings.");
+    const CString place =
+        file_ + ", line " + std::to_string(cells.line) + ", column " + std::to_string(names_.size() + 1);
+    if (names_.size() > kMaxColumns)
+      return Refuse(place + ": there are more than " + std::to_string(kMaxColumns) + " headings.");
     if (fault == CellFault::kOpenQuote) return Refuse(place + ": the quote that opens here is never closed.");
     if (fault == CellFault::kTooLong) return Refuse(place + ": a heading that starts here is longer than 1 MB.");
     if (fault == CellFault::kZeroByte) return Refuse(place + ": a zero byte, which no text holds.");

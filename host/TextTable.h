@@ -25,10 +25,10 @@ struct OpenedTable {
 
 // Where the rows of a delimited text start, and what is known of them.
 struct TextLayout {
-  std::size_t at = 0;           // byte
-  long line = 1;                // of that byte
-  std::vector<CString> names{};   // empty: from the first line, or made up
-  double nullSize = 0;          // above 0: numbers of that size or more are nulls
+  std::size_t at = 0;            // byte
+  long line = 1;                 // of that byte
+  std::vector<CString> names{};  // empty: from the first line, or made up
+  double nullSize = 0;           // above 0: numbers of that size or more are nulls
 };
 
 // Reads a delimited text into columns, in one pass; a second one goes over the columns of texts that have numbers among

@@ -2,6 +2,7 @@
 // The program's window: opens a table, with a progress bar when that takes a while, and runs the workbench on it.
 
 #include <iostream>
+#include <memory>
 
 #include <QApplication>
 #include <QFileInfo>
@@ -97,6 +98,7 @@ int RunWindow(const OpenRequest& request) {
   QApplication::setWindowIcon(MakeIcon("app"));
 
   const bool walks = !request.pictures.empty();
+  if (walks) SetProfile(std::make_unique<CMemoryProfile>());  // pictures look the same every time
   const CString file = request.file.empty() ? AskForFile() : request.file;
   if (file.empty()) return 0;
   auto opened = Load(file, request.reader);

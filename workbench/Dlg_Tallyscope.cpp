@@ -91,7 +91,6 @@ bool CDlg_Tallyscope::OnInitDialog() {
   ShowDlgItem(kControlHelp, !helpFile_.empty());
   grid_->AutoSizeColumns();
   RestoreLayout();
-  ShowKeyColumn();
   return true;
 }
 

@@ -90,6 +90,7 @@ class CDlg_Tallyscope : public CDialog {
   std::intptr_t OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override;
   bool OnNotify(NMHDR* header) override;
   void keyPressEvent(QKeyEvent* event) override;  // Esc and Enter never end the window
+  void showEvent(QShowEvent* event) override;     // the key field's column comes into view
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   // Modes whose sheet this build has; the mode box offers no other.

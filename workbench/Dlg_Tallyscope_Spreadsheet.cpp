@@ -174,6 +174,7 @@ void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
 // The menu.
 
 void CDlg_Tallyscope::OnGridRClick(int row, int col) {
+  if (row < 0 || col < 0) return;  // beside the table
   CMenu menu;
   if (ComposeMenu(&menu, row, col) == 0) return;
   const QPoint at = grid_->viewport()->mapToGlobal(grid_->GetCellRect(row, col).center());

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QShowEvent>
 #include <QSplitter>
 #include <QStyle>
 #include <QToolButton>
@@ -161,6 +162,7 @@ void CDlg_Tallyscope::MakeTips() {
 void CDlg_Tallyscope::EmbedSheet() {
   sheet_->Create(this);
   sheetArea_->layout()->addWidget(sheet_.get());
+  SetTabOrderAfter(grid_, sheet_.get());
   sheet_->show();
 }
 
@@ -214,6 +216,11 @@ void CDlg_Tallyscope::keyPressEvent(QKeyEvent* event) {
     return;
   }
   CDialog::keyPressEvent(event);
+}
+
+void CDlg_Tallyscope::showEvent(QShowEvent* event) {
+  CDialog::showEvent(event);
+  if (!event->spontaneous() && grid_ != nullptr) ShowKeyColumn();
 }
 
 void CDlg_Tallyscope::SetIdleStatus(const CString& text) {

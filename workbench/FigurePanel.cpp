@@ -70,7 +70,7 @@ int FigurePanel::GetWidest() const {
 // One column is the least, so that a scroll area round the panel lets it reflow before it scrolls sideways.
 QSize FigurePanel::minimumSizeHint() const {
   const QMargins margins = grid_->contentsMargins();
-  return {GetWidest() + margins.left() + margins.right(), grid_->totalMinimumSize().height()};
+  return {GetWidest() + margins.left() + margins.right(), grid_->totalSizeHint().height()};
 }
 
 void FigurePanel::resizeEvent(QResizeEvent* event) {

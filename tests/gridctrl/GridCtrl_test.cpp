@@ -128,7 +128,7 @@ TEST(Grid, TheWheelGathersSmallTurns) {
   EXPECT_EQ(row(), 1);
   shown.Wheel({0, -39});
   shown.Wheel({0, 1});
-  shown.Wheel({0, -1});
+  shown.Wheel({0, -39});
   EXPECT_EQ(row(), 1) << "a turn back drops what had gathered";
 
   const int height = shown.grid.GetCellRect(1, 1).height();

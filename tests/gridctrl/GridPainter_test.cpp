@@ -100,6 +100,12 @@ struct Picture {
     for (int y = fromY; y < toY; ++y) count += image.pixelColor(x, y) == colour ? 1 : 0;
     return count;
   }
+  // How often the colour changes down a column of pixels, and one.
+  int Runs(int x, int fromY, int toY) const {
+    int runs = 1;
+    for (int y = fromY + 1; y < toY; ++y) runs += image.pixel(x, y) != image.pixel(x, y - 1) ? 1 : 0;
+    return runs;
+  }
 };
 
 TEST(GridPainter, LinesAreOneDevicePixelAtEveryScale) {
@@ -110,6 +116,7 @@ TEST(GridPainter, LinesAreOneDevicePixelAtEveryScale) {
       const int top = static_cast<int>(std::ceil((24 + origin.y()) * scale));
       const int bottom = static_cast<int>(std::floor((117 + origin.y()) * scale));
       EXPECT_EQ(picture.Count(picture.scene.colours.line, x, top, bottom), 4) << scale << " at " << origin.x();
+      EXPECT_EQ(picture.Runs(x, top, bottom), 9) << scale << ": nothing of a cell shows beyond its line";
     }
   }
 }

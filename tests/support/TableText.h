@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <charconv>
+#include <string>
+
+#include "host/HostTable.h"
+
+namespace tallyscope {
+
+inline std::string ShortestText(double value) {
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value).ptr};
+}
+
+inline std::string CsvText(const std::string& text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + "\"";
+}
+
+// A cell as its column means it: a number, a label in quotes, nothing for a null.
+inline std::string CellText(const CHostColumn& column, std::size_t row) {
+  if (!column.IsValid(row)) return {};
+  const double value = column.GetValues()[row];
+  return column.IsText() ? CsvText(column.labels[static_cast<std::size_t>(value) - 1]) : ShortestText(value);
+}
+
+// The table as comma-separated text, with the headings in quotes.
+inline std::string WriteCsv(const CHostTable& table, int stations) {
+  std::string text;
+  const auto& columns = table.GetFileColumns();
+  for (std::size_t i = 0; i < columns.size(); ++i) text += (i > 0 ? "," : "") + CsvText(columns[i].name);
+  for (std::size_t row = 0; row < static_cast<std::size_t>(stations); ++row) {
+    for (std::size_t i = 0; i < columns.size(); ++i) text += (i > 0 ? "," : "\n") + CellText(columns[i], row);
+  }
+  return text + "\n";
+}
+
+}  // namespace tallyscope
