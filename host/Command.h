@@ -41,5 +41,6 @@ std::span<const CommandRow> GetCommands();
 
 std::unique_ptr<CCommand> MakeOpenCommand();
 std::unique_ptr<CCommand> MakeSummaryCommand();
+std::unique_ptr<CCommand> MakeBivariateCommand();
 
 }  // namespace tallyscope

@@ -17,6 +17,7 @@ namespace {
 constexpr CommandRow kCommands[] = {
     {"open", "open the workbench on a table", MakeOpenCommand},
     {"summary", "print the figures of a table", MakeSummaryCommand},
+    {"bivariate", "print how two fields go together", MakeBivariateCommand},
 };
 
 const CommandRow* FindCommand(const CString& name) {

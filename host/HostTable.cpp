@@ -56,14 +56,11 @@ int CHostTable::ReadValues(int field, int first, int count, double* values, unsi
     const std::size_t length = std::min(64 - row % 64, end - row);
     const std::uint64_t all = length == 64 ? ~std::uint64_t{0} : (std::uint64_t{1} << length) - 1;
     const std::uint64_t word = column.GetValidWord(row / 64) >> (row % 64) & all;
+    std::memcpy(values, stored + row, length * sizeof(double));  // a null's is of no account
     if (word == all) {
-      std::memcpy(values, stored + row, length * sizeof(double));
       std::memset(valid, 1, length);
     } else {
-      for (std::size_t i = 0; i < length; ++i) {
-        valid[i] = word >> i & 1;
-        if (valid[i] != 0) values[i] = stored[row + i];
-      }
+      for (std::size_t i = 0; i < length; ++i) valid[i] = word >> i & 1;
     }
     found += std::popcount(word);
     row += length;
@@ -85,7 +82,7 @@ int CHostTable::ReadValuesAt(int field, const int* stations, int count, double* 
   for (int i = 0; i < count; ++i) {
     const auto row = static_cast<std::size_t>(stations[i]);
     valid[i] = column.IsValid(row) ? 1 : 0;
-    if (valid[i] != 0) values[i] = stored[row];
+    values[i] = stored[row];
     found += valid[i];
   }
   return found;

@@ -5,11 +5,9 @@
 
 #include "host/Choice.h"
 #include "host/Command.h"
-#include "host/OpenTable.h"
+#include "host/CommandTable.h"
 #include "host/ReaderFlags.h"
-#include "host/Sentences.h"
 #include "host/Summary.h"
-#include "host/TerminalProgress.h"
 
 namespace tallyscope {
 
@@ -33,7 +31,6 @@ class CSummaryCommand : public CCommand {
   int Run(std::ostream& out, std::ostream& err) override;
 
  private:
-  OpenedTable Open(std::ostream& err) const;
   // The dims asked for, axes first without a choice. False, with a sentence, for a name that isn't there.
   bool FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const;
   void Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out,
@@ -46,11 +43,6 @@ class CSummaryCommand : public CCommand {
   ReaderOptions reader_;
 };
 
-OpenedTable CSummaryCommand::Open(std::ostream& err) const {
-  CTerminalProgress progress(err);
-  return OpenTable(file_ == "-" ? "/dev/stdin" : file_, reader_, &progress);
-}
-
 bool CSummaryCommand::FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const {
   const int axes = table.GetSpatialSize();
   if (fields_.empty()) {
@@ -58,22 +50,15 @@ bool CSummaryCommand::FindDims(CHostTable& table, std::vector<int>& dims, std::o
     for (int field = 0; field < table.GetValueSize(); ++field) dims.push_back(field);
   }
   for (const auto& name : fields_) {
-    dims.push_back(table.FindDim(name));
-    if (dims.back() != CHostTable::kNoDim) continue;
-    std::vector<CString> names;
-    for (const auto& column : table.GetFileColumns()) names.push_back(column.name);
-    err << file_ << " has no field " << name << SuggestNames(name, names) << "\n";
-    return false;
+    dims.push_back(FindDimForCommand(table, file_, name, err));
+    if (dims.back() == CHostTable::kNoDim) return false;
   }
   return true;
 }
 
 int CSummaryCommand::Run(std::ostream& out, std::ostream& err) {
-  OpenedTable opened = Open(err);
-  if (!opened.table) {
-    err << opened.error << "\n";
-    return kExitBadInput;
-  }
+  OpenedTable opened = OpenForCommand(file_, reader_, err);
+  if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;
   std::vector<int> dims;
   if (!FindDims(table, dims, err)) return kExitBadInput;

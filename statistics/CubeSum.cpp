@@ -61,7 +61,8 @@ template <bool kFused>
     const double size = std::fabs(rounded);
     // A power of two has closer neighbours on one side and counts as doubtful. Single ands: the loop has to stay one
     // straight line of vector code.
-    const double guarded = (size >= kNearSmallest) & (size <= kNearLargest) ? kNearHalf : kFarHalf;
+    const bool near = (size >= kNearSmallest) & (size <= kNearLargest);
+    const double guarded = near ? kNearHalf : kFarHalf;
     const bool sure =
         (size >= kFarSmallest) & (size <= kFarLargest) & (size != binade) & (std::fabs(rest) < binade * guarded);
     cubes[i] = rounded;

@@ -8,10 +8,16 @@
 
 namespace tallyscope {
 
-// Reports percentages of a walk over `total` stations: after the station at which a further percent is reached.
+// Reports percentages of a walk over `total` stations: after the station at which a further percent is reached. Several
+// walks can share the bar, each with a stretch of its own.
 class StationProgress {
  public:
   StationProgress(CProgressSink* sink, int total) : sink_(sink), total_(total) {}
+
+  void SetStretch(double begin, double length) {
+    begin_ = begin;
+    length_ = length;
+  }
 
   // False when the sink cancels before the first station.
   bool Start(const char* task) {
@@ -40,12 +46,22 @@ class StationProgress {
     last_ = GetPercent(station);
     return sink_->OnProgress(last_);
   }
+  // After `count` stations from `first`, as if they had been reported one by one.
+  bool ReportRun(int first, int count) {
+    for (int done = 0; sink_ != nullptr && done < count;) {
+      done += Cut(first + done, count - done);
+      if (!Report(first + done - 1)) return false;
+    }
+    return true;
+  }
 
  private:
-  int GetPercent(int station) const { return static_cast<int>(station * 100.0 / total_); }
+  int GetPercent(int station) const { return static_cast<int>(station * length_ / total_ + begin_); }
 
   CProgressSink* sink_;
   int total_;
+  double begin_ = 0.0;
+  double length_ = 100.0;
   int last_ = 0;
 };
 

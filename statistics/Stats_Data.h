@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "platform/core/String.h"
@@ -9,6 +10,7 @@
 namespace tallyscope {
 
 class CProgressSink;
+class CStats_PointSearch;
 
 // The one view of a table that the whole system reads: stations (rows) by fields (columns), plus up to three spatial
 // axes.
@@ -65,6 +67,13 @@ class CStats_Data {
   // Station in the data set that this one was derived from, followed to the root.
   virtual int GetSourceStation(int station) { return station; }
 
+  // The spatial search over this table: made on first call, owned here.
+  virtual CStats_PointSearch* GetPointSearch();
+  virtual void DestroyPointSearch();
+  // Builds the search over the columns that it has been given, unless it stands. True as well, with nothing built, when
+  // those are fewer than two: ask IsPartitioned. False when the sink cancels.
+  bool PreparePointSearch(CProgressSink* progress);
+
   // Bulk reads give exactly what the single reads would, and the defaults loop over those. A subclass that overrides
   // the single reads of a class with bulk reads of its own must override these too.
 
@@ -84,6 +93,11 @@ class CStats_Data {
   std::vector<std::vector<int>> sortTables_;
   std::vector<bool> sortedFlags_;
   std::vector<int> sortDirections_;
+
+  struct PointSearchDeleter {
+    void operator()(CStats_PointSearch* search) const;
+  };
+  std::unique_ptr<CStats_PointSearch, PointSearchDeleter> pointSearch_;
 };
 
 }  // namespace tallyscope

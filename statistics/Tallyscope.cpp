@@ -4,7 +4,10 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "spatial/Stats_Spatial.h"
+#include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
+#include "statistics/Stats_Multivariate.h"
 
 namespace tallyscope {
 
@@ -16,6 +19,7 @@ CTallyscope::CTallyscope() {
 CTallyscope::~CTallyscope() = default;
 
 void CTallyscope::Fill(CStats_Data* data, bool owns) {
+  ownsData_ = owns;
   ownedData_.reset(owns ? data : nullptr);
   SetData(data);
   const int axes = data->GetSpatialSize();
@@ -26,7 +30,7 @@ void CTallyscope::Fill(CStats_Data* data, bool owns) {
 }
 
 void CTallyscope::SetData(CStats_Data* data) {
-  if (ownedData_ && ownedData_.get() != data) {
+  if (ownsData_ && ownedData_.get() != data) {
     static_cast<void>(ownedData_.release());
     ownedData_.reset(data);
   }
@@ -61,8 +65,37 @@ void CTallyscope::SetBiDim2(int dim) {
   dims_.back() = dim;
 }
 
+void CTallyscope::CreateCalculator() {
+  if (calculator_) return;
+  if (mode_ == eBivariate) calculator_ = std::make_unique<CStats_Bivariate>();
+  if (mode_ == eMultivariate || mode_ == eSpatial) calculator_ = std::make_unique<CStats_Multivariate>();
+}
+
+void CTallyscope::DestroyCalculator() {
+  if (mode_ == eBivariate || mode_ == eMultivariate || mode_ == eSpatial) calculator_.reset();
+}
+
+void CTallyscope::CreateSpatialCalculator() {
+  if (spatial_) return;
+  spatial_ = std::make_unique<CStats_Spatial>();
+  spatial_->Add(data_, dims_.front());
+  spatial_->SetSpatialDims(-1, -2, -3, data_->GetSpatialSize());
+}
+
+void CTallyscope::DestroySpatialCalculator() { spatial_.reset(); }
+
 CStats_Calculator* CTallyscope::GetCalculator() {
-  return mode_ == eUnivariate ? GetUniStats(dims_.front()) : nullptr;
+  switch (mode_) {
+    case eUnivariate:
+      return GetUniStats(dims_.front());
+    case eBivariate:
+    case eMultivariate:
+      return calculator_.get();
+    case eSpatial:
+      return spatial_.get();
+    default:
+      return nullptr;
+  }
 }
 
 CStats_Univariate* CTallyscope::GetUniStats(int dim) { return &uniStats_[GetCacheIndex(dim)]; }

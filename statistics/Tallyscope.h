@@ -10,6 +10,7 @@
 namespace tallyscope {
 
 class CStats_Data;
+class CStats_Spatial;
 
 // A session: one data set under analysis, the mode, the fields chosen for it, and the calculators and per-field caches
 // that belong to the data set. Fields are named by dims (see Stats_Data.h), which are not checked.
@@ -59,8 +60,20 @@ class CTallyscope {
   int GetAncDim() const { return dims_.back(); }
   const std::vector<int>& GetDims() const { return dims_; }
 
+  // Makes the calculator of a mode that has one of its own (CStats_Bivariate for two fields, CStats_Multivariate for many
+  // and for the axes), unless one exists.
+  void CreateCalculator();
+  // In modes with a calculator of their own only: the others leave it for the next start of such a mode.
+  void DestroyCalculator();
+  // The calculator that holds the selection, on the working table and its axes; made unless one exists.
+  void CreateSpatialCalculator();
+  void DestroySpatialCalculator();
+  CStats_Spatial* GetSpatialCalculator() const { return spatial_.get(); }
+
   // The calculator of the mode, for use after Fill. Null where the mode has none.
   CStats_Calculator* GetCalculator();
+  // The one that CreateCalculator made, whatever the mode is now; null without.
+  CStats_Calculator* GetOwnCalculator() const { return calculator_.get(); }
 
   CStats_Univariate* GetUniStats(int dim);
 
@@ -79,8 +92,12 @@ class CTallyscope {
   std::vector<int> dims_{-1};
   int spDim_ = -1;
   int varDim_ = 0;
-  std::unique_ptr<CStats_Data> ownedData_;
+  // Destroyed from the last to the first: calculators before the data set that they read.
   std::vector<CStats_Univariate> uniStats_;
+  bool ownsData_ = false;
+  std::unique_ptr<CStats_Data> ownedData_;
+  std::unique_ptr<CStats_Spatial> spatial_;
+  std::unique_ptr<CStats_Calculator> calculator_;
 };
 
 }  // namespace tallyscope

@@ -2,6 +2,7 @@
 #include "statistics/bvector.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "platform/core/Archive.h"
 
@@ -36,6 +37,13 @@ void bvector::SetRange(int first, int last, bool value) {
   for (int i = first; i < 8 * firstWhole; ++i) Set(i, value);
   std::fill(bytes_.begin() + firstWhole, bytes_.begin() + endWhole, static_cast<std::uint8_t>(value ? 0xff : 0));
   for (int i = last - last % 8; last % 8 != 7 && i <= last; ++i) Set(i, value);
+}
+
+int bvector::Count() const {
+  int count = 0;
+  for (int byte = 0; byte < size_ / 8; ++byte) count += std::popcount(bytes_[static_cast<std::size_t>(byte)]);
+  for (int bit = size_ / 8 * 8; bit < size_; ++bit) count += Get(bit) ? 1 : 0;
+  return count;
 }
 
 void bvector::Serialize(CArchive& archive) {

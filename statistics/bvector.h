@@ -26,6 +26,7 @@ class bvector {
   void Clear();                       // size 0, storage released
 
   int GetSize() const { return size_; }
+  int Count() const;  // of the set bits
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
 
   bool Get(int i) const { return (bytes_[static_cast<std::size_t>(i) / 8] >> (i % 8) & 1) != 0; }

@@ -14,7 +14,11 @@
 #include "platform/ui/Icon.h"
 #include "platform/ui/WaitCursor.h"
 #include "platform/ui/WinApp.h"
+#include "spatial/Stats_PointSearch.h"
+#include "spatial/Stats_Spatial.h"
+#include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
+#include "statistics/Stats_Multivariate.h"
 #include "workbench/ControlIds.h"
 #include "workbench/DimIndex.h"
 #include "workbench/PS_Univariate.h"
@@ -74,7 +78,14 @@ void CDlg_Tallyscope::PopData() {
 }
 
 void CDlg_Tallyscope::Destroy() {
-  while (!sessions_.empty()) sessions_.pop_back();
+  while (sessions_.size() > 1) sessions_.pop_back();
+  if (sessions_.empty()) return;
+  // The host's table gets its search back as it is made by default.
+  if (auto* data = GetData()) {
+    data->GetPointSearch()->SetFields(-1, -2, -3, data->GetSpatialSize());
+    data->PreparePointSearch(nullptr);
+  }
+  sessions_.pop_back();
 }
 
 // Opening.
@@ -178,7 +189,9 @@ void CDlg_Tallyscope::EnableControls() {
   ShowDlgItem(kControlAncField, two);
   ancLabel_->setVisible(two);
   EnableDlgItem(kControlPop, sessions_.size() > 1);
-  EnableDlgItem(kControlPush, false);  // there is no way yet to select stations
+  auto* spatial = GetSpatialCalculator();
+  EnableDlgItem(kControlPush, spatial != nullptr && spatial->regions.GetLastActive() != nullptr);
+  ShowSelectedCount();
 }
 
 // The user's choices.
@@ -305,10 +318,47 @@ void CDlg_Tallyscope::Start_Univariate(int startPage) {
 }
 
 void CDlg_Tallyscope::CreateSC_Univariate() {
+  DestroyCalculator();
+  CreateSpatialCalculator();
+  GetTallyscope()->CreateCalculator();
   auto* calculator = GetCalculator();
   if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
   calculator->Calculate(11, nullptr);
   hoverStation_ = -1;
+}
+
+void CDlg_Tallyscope::CreateSC_Bivariate() {
+  DestroyCalculator();
+  CreateSpatialCalculator();
+  SetBiDim1(GetTallyscope()->GetBiDim1());
+  SetBiDim2(GetTallyscope()->GetBiDim2());
+  GetTallyscope()->CreateCalculator();
+  auto* calculator = dynamic_cast<CStats_Bivariate*>(GetCalculator());
+  calculator->Add(GetData(), GetKeyDim());
+  calculator->Add(GetData(), GetAncDim());
+  calculator->xLink = GetUniStats(GetKeyDim());
+  calculator->yLink = GetUniStats(GetAncDim());
+  calculator->Calculate(15, nullptr);
+  SearchBy(calculator->GetItemDim(0), calculator->GetItemDim(1), -3, 2);
+  hoverStation_ = -1;
+}
+
+void CDlg_Tallyscope::CreateSC_Spatial() {
+  DestroyCalculator();
+  CreateSpatialCalculator();
+  SearchBy(-1, -2, -3, GetDimension());
+  GetTallyscope()->CreateCalculator();
+  auto* calculator = GetTallyscope()->GetOwnCalculator();
+  for (int axis = -1; axis >= -std::max(GetDimension(), 1); --axis) calculator->Add(GetData(), axis);
+  calculator->Calculate(1, nullptr);
+  hoverStation_ = -1;
+}
+
+// Gives the spatial calculator and the table's search the same dims, and builds the search.
+void CDlg_Tallyscope::SearchBy(int x, int y, int z, int count) {
+  GetSpatialCalculator()->SetSpatialDims(x, y, z, count);
+  GetData()->GetPointSearch()->SetFields(x, y, z, count);
+  GetData()->PreparePointSearch(nullptr);
 }
 
 void CDlg_Tallyscope::CreatePS_Univariate(int wizard, int startPage) {

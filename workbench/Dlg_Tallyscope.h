@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/core/Colour.h"
@@ -15,6 +16,8 @@ namespace tallyscope {
 class CMenu;
 class CPS_BaseTS;
 class CStats_Data;
+class CStats_Rgn;
+class CStats_Spatial;
 class CTSSelectGridCtrl;
 struct GV_DISPINFO;
 
@@ -51,6 +54,10 @@ class CDlg_Tallyscope : public CDialog {
   int GetKeyDim() const { return GetTallyscope()->GetKeyDim(); }
   int GetAncDim() const { return GetTallyscope()->GetAncDim(); }
   CStats_Calculator* GetCalculator() const { return GetTallyscope()->GetCalculator(); }
+  CStats_Spatial* GetSpatialCalculator() const { return GetTallyscope()->GetSpatialCalculator(); }
+  void CreateSpatialCalculator() { GetTallyscope()->CreateSpatialCalculator(); }
+  void DestroyCalculator() { GetTallyscope()->DestroyCalculator(); }
+  void DestroySpatialCalculator() { GetTallyscope()->DestroySpatialCalculator(); }
   CStats_Univariate* GetUniStats(int dim) const { return GetTallyscope()->GetUniStats(dim); }
 
   // Stacks a session on a table, and takes it over when `owns`. Touches no window.
@@ -72,6 +79,8 @@ class CDlg_Tallyscope : public CDialog {
   void UpdateSortFlag();
   bool GetAllowSSSelection() const { return allowSelection_; }
   void SetAllowSSSelection(bool allow) { allowSelection_ = allow; }
+  // Whether the station is selected, as far as the spreadsheet shows the table that the selection is of.
+  bool IsSelectedRow(int station) const;
   CTSSelectGridCtrl* GetGrid() const { return grid_; }
 
   // What the status line says while the pointer is on nothing.
@@ -98,6 +107,8 @@ class CDlg_Tallyscope : public CDialog {
   virtual void CreatePS(int startPage);
   virtual void Start_Univariate(int startPage);
   virtual void CreateSC_Univariate();
+  virtual void CreateSC_Bivariate();
+  virtual void CreateSC_Spatial();
   virtual void CreatePS_Univariate(int wizard, int startPage);
   void DestroyPSheet();
   void ResetDialog();
@@ -106,10 +117,12 @@ class CDlg_Tallyscope : public CDialog {
   void OnSelchangeMode();
   void OnSelchangeKeyField();
   void OnSelchangeAncField();
+  void OnPushData();
   void OnPopData();
   void OnBnClickedButtonCeSpreadsheet();
   void OnHelp();
 
+  virtual void SelectRow(int position, int shift, int control);
   virtual void SelectCol(int column, int shift, int control);
   virtual int ComposeMenu(CMenu* menu, int row, int col);
   virtual int ProcessMenu(int row, int col, int id);
@@ -133,8 +146,15 @@ class CDlg_Tallyscope : public CDialog {
   void FillBoxes();
   void ChangeMode();
   void ShowKeyColumn();
+  void SearchBy(int x, int y, int z, int count);
   void StartSheet(int wizard, int startPage, int titleId);
   int RepairedDim(int dim) const;  // the dim if the table has it, else 0
+
+  // The selection (Dlg_Tallyscope_Selection.cpp).
+  std::pair<int, int> FindShiftRange(int position);
+  std::unique_ptr<CStats_Rgn> MakeRowRegion(int first, int last);
+  void OnSelectionChanged();
+  void ShowSelectedCount();
 
   // The spreadsheet (Dlg_Tallyscope_Spreadsheet.cpp).
   bool IsSortedSS();  // the spreadsheet shows the session's sort; brings a stale sort table back first
@@ -158,6 +178,7 @@ class CDlg_Tallyscope : public CDialog {
   COLORREF normalColour_ = 0xffffff;
   COLORREF nullColour_ = 0x80c0ff;
   COLORREF keyColour_ = 0xffc0c0;
+  COLORREF selectedColour_ = 0xc0c0ff;
   bool highlightKey_ = true;
   bool allowSelection_ = true;
   bool spreadsheetShown_ = true;

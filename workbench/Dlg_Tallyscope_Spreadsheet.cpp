@@ -39,7 +39,7 @@ void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
   if (data != nullptr) {
     grid_->SetRowCount(data->GetSize() + 1);
     grid_->SetColumnCount(data->GetSpatialSize() + data->GetValueSize() + 1);
-    GetControl<QLabel>(kControlSelected)->setText(QString("%1 stations").arg(data->GetSize()));
+    ShowSelectedCount();
   }
   UpdateSortFlag();
   grid_->Invalidate();
@@ -84,6 +84,10 @@ void CDlg_Tallyscope::EnsureVisibleSS(int row, int col) {
 // Messages and notifications of the grid.
 
 std::intptr_t CDlg_Tallyscope::OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) {
+  if (message == kMessageRowSelect) {
+    SelectRow(static_cast<int>(wParam) - 1, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
+    return 0;
+  }
   if (message != kMessageColSelect) return CDialog::OnMessage(message, wParam, lParam);
   if (allowSelection_ && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
     SelectCol(static_cast<int>(wParam) - 1, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
@@ -138,6 +142,7 @@ bool CDlg_Tallyscope::IsDimInUse(int dim) const {
 }
 
 COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
+  if (allowSelection_ && IsSelectedRow(station)) return selectedColour_;
   if (!GetSSData()->IsValueValid(dim, station)) return nullColour_;
   if (highlightKey_ && IsDimInUse(dim)) return keyColour_;
   return station == hoverStation_ ? keyColour_ : normalColour_;

@@ -123,6 +123,7 @@ QWidget* CDlg_Tallyscope::MakeHeader() {
   QObject::connect(mode, &QComboBox::activated, this, [this] { OnSelchangeMode(); });
   QObject::connect(key, &QComboBox::activated, this, [this] { OnSelchangeKeyField(); });
   QObject::connect(anc, &QComboBox::activated, this, [this] { OnSelchangeAncField(); });
+  QObject::connect(push, &QToolButton::clicked, this, [this] { OnPushData(); });
   QObject::connect(pop, &QToolButton::clicked, this, [this] { OnPopData(); });
   QObject::connect(show, &QToolButton::clicked, this, [this] { OnBnClickedButtonCeSpreadsheet(); });
   QObject::connect(help, &QPushButton::clicked, this, [this] { OnHelp(); });

@@ -85,6 +85,9 @@ TEST(CubeSum, TakesAnyValue) {
                          -Limits::max(),
                          Limits::infinity(),
                          -Limits::infinity(),
+                         1.2599210498948731,
+                         1.2599210498948732,
+                         1.5874010519681994,
                          5.6438030941222897e102,
                          5.6438030941222918e102}) {
     for (int lane = 0; lane < 8; ++lane) EXPECT_EQ(CubeOf(x, lane), std::pow(x, 3.0)) << x;

@@ -17,6 +17,8 @@ namespace {
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
+const double kLeast = std::nextafter(-1048576.0, 0.0);
+
 // The sort as it is defined: positions of the table compared through raw reads, nothing copied, the pivot followed by
 // its position. Referee for every quicker way.
 class PlainSort {
@@ -132,7 +134,17 @@ std::vector<NastyColumn> NastyColumns(int n) {
       {"both zeros", Generate(n, [&](int i) { return i % 5 == 0   ? 0.0
                                                      : i % 7 == 0 ? -0.0
                                                                   : below(9) - 4; })},
-      {"one zero of each sign", Generate(n, [n](int i) { return i == 1 ? -0.0 : i - n / 2; })},
+      // The least value makes the two zeros differ in the leading bits of their keys.
+      {"one zero of each sign",
+       Generate(n, [n](int i) { return i == 0       ? kLeast
+                                       : i == 1     ? -0.0
+                                       : i == n / 2 ? 0.0
+                                                    : i; })},
+      {"the other way round",
+       Generate(n, [n](int i) { return i == 0       ? kLeast
+                                       : i == 1     ? 0.0
+                                       : i == n / 2 ? -0.0
+                                                    : i; })},
       {"infinities", Generate(n, [&](int i) { return i % 11 == 0   ? kInf
                                                      : i % 13 == 0 ? -kInf
                                                                    : below(50) / 4; })},

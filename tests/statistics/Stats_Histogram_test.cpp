@@ -120,8 +120,9 @@ TEST(SortedHistogram, BinsHoldEqualCounts) {
 TEST(BinnedHistogram, PutsEveryValueWhereTheFormulaPutsIt) {
   for (const auto& column :
        {made::Normal(20'000, 5, 3), made::Ramp(4'097, 0, 1), made::Rounded(made::Normal(9'000, 1e6, 7), 0.1),
-        made::Ramp(1'000, -1e-300, 1e-300), made::Column({3e10, 2e10, 4e10, 4e10}), made::Column({1, kInf, 2, 3}),
-        made::Column({1, kNan, 2, 3}), made::Column({kNan, kNan})}) {
+        made::Ramp(4'097, 0, 49 * 4'096), made::Column({0, 5e-324, 5e-324}), made::Ramp(1'000, -1e-300, 1e-300),
+        made::Column({3e10, 2e10, 4e10, 4e10}), made::Column({1, kInf, 2, 3}), made::Column({1, kNan, 2, 3}),
+        made::Column({kNan, kNan})}) {
     CMadeTable table({column});
     CStats_Univariate owner;
     owner.Add(&table, 0);

@@ -45,11 +45,15 @@ WrittenTable SmallTable();
 class OpenWorkbench : public CDlg_Tallyscope {
  public:
   using CDlg_Tallyscope::ComposeMenu;
+  using CDlg_Tallyscope::CreateSC_Bivariate;
+  using CDlg_Tallyscope::CreateSC_Spatial;
   using CDlg_Tallyscope::HandleSpreadsheetCE;
   using CDlg_Tallyscope::OnDestroy;
+  using CDlg_Tallyscope::OnPushData;
   using CDlg_Tallyscope::OnSelchangeKeyField;
   using CDlg_Tallyscope::OnSelchangeMode;
   using CDlg_Tallyscope::ProcessMenu;
+  using CDlg_Tallyscope::SelectRow;
   using CDlg_Tallyscope::SortGridByCol;
 
   explicit OpenWorkbench(CStats_Data& table);

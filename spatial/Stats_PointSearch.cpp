@@ -1,0 +1,408 @@
+// SPDX-License-Identifier: MIT
+#include "spatial/Stats_PointSearch.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <numeric>
+
+#include "statistics/Stats_Data.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+constexpr double kFarthestStart = 1e6;  // radians
+constexpr double kFlat = 1e-6;          // a smaller dx counts as straight up or down
+
+// Angle of a direction over the full circle, 0 to 2 pi; 0 for none.
+double FullCircleAngle(double dx, double dy) {
+  if (std::fabs(dx) > kFlat) {
+    const double angle = std::atan(dy / dx);
+    if (dx < 0) return angle + kPi;
+    return dy < 0 ? angle + 2 * kPi : angle;
+  }
+  if (std::fabs(dy) < kFlat) return 0;
+  return dy < 0 ? 3 * kPi / 2 : kPi / 2;
+}
+
+// Bounds in x and y a little wider than the rounding of their corners.
+Box Widen(Box box) {
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    const double hair =
+        4 * std::numeric_limits<double>::epsilon() * (std::fabs(box.min[axis]) + std::fabs(box.max[axis]));
+    box.min[axis] -= hair;
+    box.max[axis] += hair;
+  }
+  return box;
+}
+
+template <class Value>
+void Prefetch(const Value* values, std::size_t count) {
+  constexpr std::size_t kLine = 64 / sizeof(Value);
+  constexpr std::size_t kMost = 128;  // a longer run is a stream, which the processor sees by itself
+  for (std::size_t i = 0; i < std::min(count, kMost); i += kLine) __builtin_prefetch(values + i);
+}
+
+constexpr int kBlock = 128;
+using Marks = std::uint64_t*;  // as wide as a co-ordinate, so that compilers test several at once
+
+constexpr std::uint64_t AllOnes(bool condition) {
+  return condition ? ~std::uint64_t{0} : 0;
+}
+
+// The co-ordinates of a leaf's points, and the tests on the point at position p.
+template <int kAxes>
+class Columns {
+ public:
+  Columns(const CPointSearch& search, const CPointSearch::Node& leaf) {
+    for (int axis = 0; axis < kAxes; ++axis) columns_[axis] = search.GetLeafCoordinates(leaf, axis);
+  }
+
+  double Get(int axis, int p) const { return axis < kAxes ? columns_[axis][p] : 0; }
+
+  // Marks with 1 or 0, for `count` points from `first`.
+  void MarkInBox(int first, int count, Marks marks, const Box& box) const {
+    MarkBetween(first, count, marks, box,
+                [](double low, double value, double high) { return AllOnes(low <= value) & AllOnes(value <= high); });
+  }
+  // Off the faces.
+  void MarkWithinBox(int first, int count, Marks marks, const Box& box) const {
+    MarkBetween(first, count, marks, box,
+                [](double low, double value, double high) { return AllOnes(low < value) & AllOnes(value < high); });
+  }
+  void MarkInSphere(int first, int count, Marks marks, const Point3& centre, double squaredRadius) const {
+    for (int i = 0; i < count; ++i) marks[i] = SquaredDistance(first + i, centre) <= squaredRadius;
+  }
+  double SquaredDistance(int p, const Point3& centre) const {
+    double sum = 0;
+    for (std::size_t axis = 0; axis < kAxes; ++axis) {
+      const double difference = columns_[axis][p] - centre[axis];
+      sum += difference * difference;
+    }
+    return sum;
+  }
+
+ private:
+  template <class Test>
+  void MarkBetween(int first, int count, Marks marks, const Box& box, const Test& test) const {
+    std::fill(marks, marks + count, 1);
+    for (std::size_t axis = 0; axis < kAxes; ++axis) {
+      const double* values = columns_[axis] + first;
+      const double low = box.min[axis];
+      const double high = box.max[axis];
+      for (int i = 0; i < count; ++i) marks[i] &= test(low, values[i], high);
+    }
+  }
+
+  const double* columns_[3];
+};
+
+struct Sector {
+  Point3 centre;
+  double outer;
+  double inner;
+  double start;
+  double end;
+
+  template <int kAxes>
+  bool Holds(const Columns<kAxes>& columns, int p) const {
+    const double distance = columns.SquaredDistance(p, centre);
+    if (!(distance <= outer * outer && distance >= inner * inner)) return false;
+    return kAxes != 2 || HoldsAngle(FullCircleAngle(columns.Get(0, p) - centre[0], columns.Get(1, p) - centre[1]));
+  }
+  // Whole turns are added one by one, as rounding has it, unless the sector starts absurdly far off.
+  bool HoldsAngle(double angle) const {
+    if (start > kFarthestStart) return false;
+    while (angle < start) angle += 2 * kPi;
+    return !(angle > end);
+  }
+};
+
+struct Rectangle {
+  Point3 origin;
+  Point3 size;
+  Box bounds;
+  double cosine;
+  double sine;
+
+  template <int kAxes>
+  bool Holds(const Columns<kAxes>& columns, int p) const {
+    if (kAxes > 2 && !(bounds.min[2] <= columns.Get(2, p) && columns.Get(2, p) <= bounds.max[2])) return false;
+    const double dx = columns.Get(0, p) - origin[0];
+    const double dy = kAxes > 1 ? columns.Get(1, p) - origin[1] : 0;
+    const double along = cosine * dx + sine * dy;
+    const double across = cosine * dy - sine * dx;
+    return along >= 0 && along <= size[0] && (kAxes < 2 || (across >= 0 && across <= size[1]));
+  }
+};
+
+// Writes the positions that pass, of `count`; returns how many. `mark` says of a run of positions which pass.
+template <class Mark>
+int ListHits(int count, int* hits, const Mark& mark) {
+  std::uint64_t marks[kBlock];
+  int found = 0;
+  for (int first = 0; first < count; first += kBlock) {
+    const int size = std::min(kBlock, count - first);
+    mark(first, size, marks);
+    for (int i = 0; i < size; ++i) {
+      hits[found] = first + i;
+      found += static_cast<int>(marks[i]);
+    }
+  }
+  return found;
+}
+
+}  // namespace
+
+CStats_PointSearch::CStats_PointSearch(CStats_Data* data) : data_(data) {
+  CStats_PointSearch::SetDefaultFields();
+}
+
+// The table as points.
+
+void CStats_PointSearch::SetPartitioned(bool partitioned) {
+  CPointSearch::SetPartitioned(partitioned);
+  leaves_.clear();
+  queryActive_ = false;
+  leafCursor_ = pointCursor_ = -1;
+  CloseLeaf();
+}
+
+bool CStats_PointSearch::IsPointValid(int index) {
+  return std::all_of(fields_, fields_ + dimensions_, [&](int field) { return data_->IsValueValid(field, index); });
+}
+
+int CStats_PointSearch::GetPointCount() {
+  return data_ != nullptr ? data_->GetSize() : 0;
+}
+
+double CStats_PointSearch::GetX(int index) {
+  return data_->GetValue(fields_[0], index);
+}
+
+double CStats_PointSearch::GetY(int index) {
+  return data_->GetValue(fields_[1], index);
+}
+
+double CStats_PointSearch::GetZ(int index) {
+  return data_->GetValue(fields_[2], index);
+}
+
+void CStats_PointSearch::ReadPoints(int first, int count, double* const* coordinates, unsigned char* valid) {
+  if (data_->ReadValues(fields_[0], first, count, coordinates[0], valid) == 0) return;
+  std::vector<unsigned char> also(static_cast<std::size_t>(count));
+  for (int axis = 1; axis < dimensions_; ++axis) {
+    if (data_->ReadValues(fields_[axis], first, count, coordinates[axis], also.data()) == count) continue;
+    for (int i = 0; i < count; ++i) valid[i] &= also[static_cast<std::size_t>(i)];
+  }
+}
+
+void CStats_PointSearch::ReadPointsAt(const int* indices, int count, double* const* coordinates) {
+  for (int axis = 0; axis < dimensions_; ++axis) {
+    data_->ReadRawValuesAt(fields_[axis], indices, count, coordinates[axis]);
+  }
+}
+
+void CStats_PointSearch::SetFields(int fieldX, int fieldY, int fieldZ, int dimensions) {
+  const int fields[3] = {fieldX, fieldY, fieldZ};
+  dimensions = std::clamp(dimensions, 1, 3);
+  if (dimensions == dimensions_ && std::equal(fields, fields + 3, fields_)) return;
+  dimensions_ = dimensions;
+  std::copy(fields, fields + 3, fields_);
+  SetPartitioned(false);
+}
+
+void CStats_PointSearch::SetDefaultFields() {
+  SetFields(-1, -2, -3, data_ != nullptr ? data_->GetSpatialSize() : 2);
+}
+
+// Queries.
+
+void CStats_PointSearch::Start(QueryType type) {
+  leaves_.clear();
+  queryType_ = type;
+  queryActive_ = true;
+  leafCursor_ = pointCursor_ = -1;
+  CloseLeaf();
+}
+
+void CStats_PointSearch::SearchAll() {
+  Start(kAll);
+  CollectLeaves(leaves_, false);
+}
+
+void CStats_PointSearch::SearchBox(const Box& box) {
+  Start(kBox);
+  box_ = box;
+  CollectLeavesInBox(leaves_, box, false);
+  PrefetchLeaf(0);
+}
+
+void CStats_PointSearch::SearchRotatedRectangle(const Point3& origin, const Point3& size, double angleDegrees) {
+  Start(kRotatedRectangle);
+  const double angle = angleDegrees * kPi / 180;
+  point_ = origin;
+  vector_ = size;
+  angleA_ = std::cos(angle);
+  angleB_ = std::sin(angle);
+  const double w = size[0];
+  const double h = size[1];
+  const Point3 corners[4] = {{0, 0, 0},
+                             {-angleB_ * h, angleA_ * h, 0},
+                             {w * angleA_ - h * angleB_, w * angleB_ + h * angleA_, 0},
+                             {w * angleA_, w * angleB_, 0}};
+  box_ = Box();
+  box_.min = {1e10, 1e10, origin[2]};
+  box_.max = {-1e10, -1e10, origin[2] + size[2]};
+  for (const Point3& corner : corners) {
+    for (std::size_t axis = 0; axis < 2; ++axis) {
+      box_.min[axis] = std::min(box_.min[axis], origin[axis] + corner[axis]);
+      box_.max[axis] = std::max(box_.max[axis], origin[axis] + corner[axis]);
+    }
+  }
+  CollectLeavesInBox(leaves_, Widen(box_), false);
+}
+
+void CStats_PointSearch::SearchBetweenBoxes(const Box& outer, const Box& inner) {
+  Start(kBetweenBoxes);
+  box_ = outer;
+  innerBox_ = inner;
+  CollectLeavesBetweenBoxes(leaves_, outer, inner, false);
+}
+
+void CStats_PointSearch::SearchSphere(const Point3& centre, double radius) {
+  Start(kSphere);
+  point_ = centre;
+  radius_ = radius;
+  CollectLeavesInSphere(leaves_, centre, radius, false);
+}
+
+void CStats_PointSearch::SearchSector(const Point3& centre, double outerRadius, double innerRadius, double startAngle,
+                                      double endAngle) {
+  Start(kSector);
+  point_ = centre;
+  radius_ = outerRadius;
+  innerRadius_ = innerRadius;
+  angleA_ = startAngle;
+  angleB_ = endAngle;
+  // Outside the plane the angles don't count, so the whole ring is collected.
+  if (dimensions_ != 2) startAngle = 0;
+  if (dimensions_ != 2) endAngle = 2 * kPi;
+  CollectLeavesInSector(leaves_, centre, outerRadius, innerRadius, startAngle, endAngle, false);
+}
+
+void CStats_PointSearch::SearchRay(const Point3& origin, const Point3& direction) {
+  Start(kRay);
+  point_ = origin;
+  vector_ = direction;
+  CollectLeavesOnRay(leaves_, origin, direction, false);
+}
+
+void CStats_PointSearch::SearchRays(const std::vector<Point3>& origins, const std::vector<Point3>& directions) {
+  Start(kRays);
+  if (!origins.empty()) point_ = origins.front();
+  if (!directions.empty()) vector_ = directions.front();
+  CollectLeavesOnRays(leaves_, origins, directions, false);
+}
+
+// The cursor. The points of a leaf are tested all at once when the walk enters it, without a branch per point.
+
+void CStats_PointSearch::CloseLeaf() {
+  openLeaf_ = -1;
+  hitCount_ = hitCursor_ = 0;
+}
+
+bool CStats_PointSearch::GetNext(int& index, int step) {
+  if (hitCursor_ < hitCount_ && step <= 1) {
+    const int position = hits_[static_cast<std::size_t>(hitCursor_++)];
+    pointCursor_ = position + 1;
+    index = openPoints_[position];
+    return true;
+  }
+  index = -1;
+  const std::int64_t stride = std::max(1, step);
+  std::int64_t position = leafCursor_ < 0 ? 0 : std::max(pointCursor_, 0);
+  for (int leaf = std::max(leafCursor_, 0); queryActive_ && leaf < GetLeafCount(); ++leaf) {
+    if (leaf != openLeaf_) OpenLeaf(leaf);
+    for (; hitCursor_ < hitCount_; ++hitCursor_) {
+      const int hit = hits_[static_cast<std::size_t>(hitCursor_)];
+      if (hit < position || (hit - position) % stride != 0) continue;
+      ++hitCursor_;
+      leafCursor_ = leaf;
+      pointCursor_ = hit + 1;
+      index = openPoints_[hit];
+      return true;
+    }
+    const auto size = static_cast<std::int64_t>(leaves_[static_cast<std::size_t>(leaf)]->points.size());
+    if (position < size) position += (size - position + stride - 1) / stride * stride;
+    position -= size;
+  }
+  leafCursor_ = pointCursor_ = -1;
+  CloseLeaf();
+  return false;
+}
+
+// The leaves of a query lie apart in memory: the next one is on its way while this one is tested.
+void CStats_PointSearch::PrefetchLeaf(int leaf) const {
+  if (leaf >= static_cast<int>(leaves_.size())) return;
+  const Node& node = *leaves_[static_cast<std::size_t>(leaf)];
+  for (int axis = 0; axis < dimensions_; ++axis) Prefetch(GetLeafCoordinates(node, axis), node.points.size());
+  Prefetch(node.points.data(), node.points.size());
+}
+
+void CStats_PointSearch::OpenLeaf(int leaf) {
+  const Node& node = *leaves_[static_cast<std::size_t>(leaf)];
+  PrefetchLeaf(leaf + 1);
+  openLeaf_ = leaf;
+  openPoints_ = node.points.data();
+  hitCursor_ = 0;
+  hits_.resize(std::max(hits_.size(), node.points.size()));
+  switch (dimensions_) {
+    case 1:
+      return FindHits<1>(node);
+    case 2:
+      return FindHits<2>(node);
+    default:
+      return FindHits<3>(node);
+  }
+}
+
+template <int kAxes>
+void CStats_PointSearch::FindHits(const Node& leaf) {
+  const Columns<kAxes> columns(*this, leaf);
+  const int count = static_cast<int>(leaf.points.size());
+  const auto list = [&](const auto& mark) { hitCount_ = ListHits(count, hits_.data(), mark); };
+  const auto listOneByOne = [&](const auto& shape) {
+    list([&](int first, int size, Marks marks) {
+      for (int i = 0; i < size; ++i) marks[i] = shape.Holds(columns, first + i);
+    });
+  };
+  switch (queryType_) {
+    case kBox:
+      return list([&](int first, int size, Marks marks) { columns.MarkInBox(first, size, marks, box_); });
+    case kBetweenBoxes:
+      return list([&](int first, int size, Marks marks) {
+        std::uint64_t within[kBlock];
+        columns.MarkInBox(first, size, marks, box_);
+        columns.MarkWithinBox(first, size, within, innerBox_);
+        for (int i = 0; i < size; ++i) marks[i] &= ~within[i];
+      });
+    case kSphere:
+      return list([&](int first, int size, Marks marks) {
+        columns.MarkInSphere(first, size, marks, point_, radius_ * radius_);
+      });
+    case kSector:
+      return listOneByOne(Sector{point_, radius_, innerRadius_, angleA_, angleB_});
+    case kRotatedRectangle:
+      return listOneByOne(Rectangle{point_, vector_, box_, angleA_, angleB_});
+    default:
+      std::iota(hits_.begin(), hits_.begin() + count, 0);
+      hitCount_ = count;
+  }
+}
+
+}  // namespace tallyscope
