@@ -20,6 +20,10 @@ if(TALLYSCOPE_SANITIZE)
   add_link_options(-fsanitize=${TALLYSCOPE_SANITIZE})
 endif()
 
+if(TALLYSCOPE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)  # the fuzzers see which ways a run took
+endif()
+
 add_library(tallyscope_core STATIC)
 if(NOT TALLYSCOPE_CORE_ONLY)
   add_library(tallyscope_workbench STATIC)
@@ -32,7 +36,8 @@ foreach(library tallyscope_core tallyscope_workbench)
       $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/tallyscope>)
   endif()
 endforeach()
-target_compile_options(tallyscope_core PRIVATE -Wshadow -Wconversion)
+# clang counts sign conversions among -Wconversion, g++ doesn't.
+target_compile_options(tallyscope_core PRIVATE -Wshadow -Wconversion -Wno-sign-conversion)
 
 # tallyscope_sources(<library> <name>...): adds the pair name.h and name.cpp of the calling folder to a library. A name
 # that ends in .h or .cpp stands for that file alone. Headers are installed.

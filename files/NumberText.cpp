@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "files/NumberText.h"
 
-#include <cstdlib>
 #include <langinfo.h>
 #include <locale.h>
+#include <cstdlib>
 
 #include <charconv>
 #include <optional>
@@ -34,7 +34,9 @@ locale_t PlainLocale() {
   return plain;
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
 
 }  // namespace
 
@@ -43,7 +45,9 @@ const NumberCharacters& GetNumberCharacters() {
   return *Chosen();
 }
 
-void SetNumberCharacters(NumberCharacters characters) { Chosen() = std::move(characters); }
+void SetNumberCharacters(NumberCharacters characters) {
+  Chosen() = std::move(characters);
+}
 
 CString FormatGeneral(double value, int precision) {
   char text[800];  // a double has 767 significant digits at most
@@ -51,7 +55,9 @@ CString FormatGeneral(double value, int precision) {
   return CString(text, end.ptr);
 }
 
-double ParseLeadingNumber(const CString& text) { return strtod_l(text.c_str(), nullptr, PlainLocale()); }
+double ParseLeadingNumber(const CString& text) {
+  return strtod_l(text.c_str(), nullptr, PlainLocale());
+}
 
 CString ToLocale(std::string_view text) {
   const auto& characters = GetNumberCharacters();
@@ -82,11 +88,17 @@ CString FromLocale(std::string_view text) {
   return plain;
 }
 
-CString FormatLocale(double value) { return FormatLocale(value, 10); }
+CString FormatLocale(double value) {
+  return FormatLocale(value, 10);
+}
 
-CString FormatLocale(double value, int precision) { return ToLocale(FormatGeneral(value, precision)); }
+CString FormatLocale(double value, int precision) {
+  return ToLocale(FormatGeneral(value, precision));
+}
 
-double ParseLocale(std::string_view text) { return ParseLeadingNumber(FromLocale(text)); }
+double ParseLocale(std::string_view text) {
+  return ParseLeadingNumber(FromLocale(text));
+}
 
 bool ParseStrict(std::string_view text, double& value) {
   CString plain = FromLocale(text);

@@ -108,9 +108,7 @@ bool AddAxis(const CHostTable& table, const CString& file, const CString& name, 
   const auto found =
       std::find_if(columns.begin(), columns.end(), [&](const auto& column) { return column.name == name; });
   if (found == columns.end()) {
-    std::vector<CString> names;
-    for (const auto& column : columns) names.push_back(column.name);
-    choice.error = file + " has no field " + name + SuggestNames(name, names);
+    choice.error = file + " has no field " + name + SuggestNames(name, table.GetColumnNames());
     return false;
   }
   const auto index = static_cast<int>(found - columns.begin());

@@ -18,6 +18,7 @@ constexpr CommandRow kCommands[] = {
     {"open", "open the workbench on a table", MakeOpenCommand},
     {"summary", "print the figures of a table", MakeSummaryCommand},
     {"bivariate", "print how two fields go together", MakeBivariateCommand},
+    {"select", "select stations, to write or to summarise them", MakeSelectCommand},
 };
 
 const CommandRow* FindCommand(const CString& name) {

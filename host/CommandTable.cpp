@@ -21,9 +21,7 @@ OpenedTable OpenForCommand(const CString& file, const ReaderOptions& options, st
 int FindDimForCommand(const CHostTable& table, const CString& file, const CString& name, std::ostream& err) {
   const int dim = table.FindDim(name);
   if (dim != CHostTable::kNoDim) return dim;
-  std::vector<CString> names;
-  for (const auto& column : table.GetFileColumns()) names.push_back(column.name);
-  err << file << " has no field " << name << SuggestNames(name, names) << "\n";
+  err << file << " has no field " << name << SuggestNames(name, table.GetColumnNames()) << "\n";
   return dim;
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/NullRules.h"
 #include "host/NumberScan.h"
 #include "host/TextCells.h"
 #include "host/TextEncoding.h"
@@ -77,11 +78,14 @@ std::optional<TextLayout> ReadGeoEasHead(std::string_view text) {
   const auto count = second ? ReadCount(*second) : std::nullopt;
   if (!count) return std::nullopt;
   TextLayout layout;
+  bool named = false;
   for (std::size_t i = 0; i < *count; ++i) {
     const auto name = lines.Next();
-    if (!name || CountWords(*name).others == 0) return std::nullopt;
+    if (!name || CountWords(*name).others == 0 || name->find('"') != std::string_view::npos) return std::nullopt;
+    named = named || !CNullRules().IsNullText(*name);  // one of several may be "Na"
     layout.names.push_back(IsUtf8(*name) ? CString(*name) : Latin1ToUtf8(*name));
   }
+  if (!named) return std::nullopt;  // a column of numbers and nulls
   layout.at = lines.at;
   layout.line = lines.line;
   layout.nullSize = kTrimmingLimit;

@@ -22,6 +22,13 @@ void CHostTable::SetAxes(std::span<const int> columns) {
   }
 }
 
+std::vector<CString> CHostTable::GetColumnNames() const {
+  std::vector<CString> names;
+  names.reserve(columns_.size());
+  for (const auto& column : columns_) names.push_back(column.name);
+  return names;
+}
+
 int CHostTable::FindDim(const CString& name) const {
   for (int dim = -axes_; dim < GetColumnCount() - axes_; ++dim) {
     if (GetColumn(dim).name == name) return dim;

@@ -28,7 +28,8 @@ class CHostTable : public CStats_Data {
   const CHostColumn& GetColumn(int dim) const { return *dims_[Entry(dim)]; }
   // By place in the file, whatever the axes are.
   const std::vector<CHostColumn>& GetFileColumns() const { return columns_; }
-  int FindDim(const CString& name) const;  // exact, axes too; kNoDim when there is none
+  std::vector<CString> GetColumnNames() const;  // likewise
+  int FindDim(const CString& name) const;       // exact, axes too; kNoDim when there is none
 
   static constexpr int kNoDim = -999;
 

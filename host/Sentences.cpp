@@ -66,7 +66,7 @@ CString Quoted(std::string_view text) {
 CString SuggestNames(std::string_view missing, const std::vector<CString>& names) {
   constexpr std::size_t kLongest = 200;
   const CString wanted = Lower(missing.substr(0, kLongest));
-  const std::size_t allowed = wanted.size() < 4 ? 1 : 2;
+  const std::size_t allowed = wanted.size() < 3 ? 0 : wanted.size() < 5 ? 1 : 2;
   std::vector<CString> near;
   for (const auto& name : names) {
     const CString lower = Lower(std::string_view(name).substr(0, kLongest));

@@ -68,7 +68,7 @@ const std::vector<FigureRow>& GetFigureRows() {
   return rows;
 }
 
-ColumnSummary Summarise(CHostTable& table, int dim, Quantiles quantiles) {
+ColumnSummary Summarise(CStats_Data& table, int dim, Quantiles quantiles) {
   CStats_Univariate figures;
   figures.Add(&table, dim);
   figures.Calculate(quantiles == Quantiles::kSorted ? 7 : 11, nullptr);

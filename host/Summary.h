@@ -38,12 +38,12 @@ struct FigureRow {
 };
 const std::vector<FigureRow>& GetFigureRows();  // the doubles, in the order of JSON
 
-ColumnSummary Summarise(CHostTable& table, int dim, Quantiles quantiles);
+ColumnSummary Summarise(CStats_Data& table, int dim, Quantiles quantiles);
 
 // What is told of a table beside its figures: size, axes, nulls of special kinds, labels, warnings.
 void PrintFacts(const CString& file, OpenedTable& opened, std::ostream& out);
 void PrintOverview(CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out);  // a line a field
 void PrintFigures(const std::vector<ColumnSummary>& columns, std::ostream& out);  // all figures, 15 digits
-void PrintJson(const CString& file, CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out);
+void PrintJson(const CString& file, CStats_Data& table, const std::vector<ColumnSummary>& columns, std::ostream& out);
 
 }  // namespace tallyscope

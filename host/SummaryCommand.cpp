@@ -67,6 +67,7 @@ int CSummaryCommand::Run(std::ostream& out, std::ostream& err) {
     return kExitBadInput;
   }
   std::vector<ColumnSummary> columns;
+  columns.reserve(dims.size());
   for (const int dim : dims) columns.push_back(Summarise(table, dim, quantiles_));
   Print(opened, columns, out, err);
   return kExitDone;

@@ -9,7 +9,7 @@ namespace tallyscope {
 
 // Numbers are printed with the digits that read back to the same double. JSON has no infinity: a figure that left the
 // range of doubles is null.
-void PrintJson(const CString& file, CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out) {
+void PrintJson(const CString& file, CStats_Data& table, const std::vector<ColumnSummary>& columns, std::ostream& out) {
   using Json = nlohmann::ordered_json;
   Json axes = Json::array();
   for (int axis = 1; axis <= table.GetSpatialSize(); ++axis) axes.push_back(table.GetValueName(-axis));

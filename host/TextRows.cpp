@@ -25,6 +25,10 @@ constexpr std::size_t kFilledCells = std::size_t{4} << 20;
 // More blanks before a cell are for the careful way, which counts them.
 constexpr std::ptrdiff_t kBlanksSkipped = 64;
 
+bool EndsCell(char c, char delimiter) {
+  return c == delimiter || IsBlank(c) || IsLineEnd(c);
+}
+
 }  // namespace
 
 CTextRows::CTextRows(CTextSource& source, const CString& file, const TextDialect& dialect, CTableBuilder& builder,
@@ -124,9 +128,9 @@ std::size_t CTextRows::ReadPlainCells(std::size_t row, std::size_t column) {
     double value = 0;
     const char* next = ScanPlainNumber(p, decimal_, value);
     // Behind a plain number may come the rest of a longer one: an exponent, or a sixteenth digit.
-    if (next == nullptr || (*next != delimiter && !IsBlank(*next) && !IsLineEnd(*next))) {
+    if (next == nullptr || !EndsCell(*next, delimiter)) {
       next = decimal_ == '.' ? ScanNumber(p, end, value) : nullptr;
-      if (next == nullptr || next == end) break;
+      if (next == nullptr || next == end || !EndsCell(*next, delimiter)) break;
     }
     if (checkNulls && builder_.GetRules().IsNullNumber(value)) break;
     if constexpr (kBlanks) {

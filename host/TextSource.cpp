@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -59,22 +60,25 @@ bool CTextSource::Map(std::size_t size) {
 
 bool CTextSource::ReadStream(const CString& path, CString& error) {
   constexpr std::size_t kPiece = std::size_t{1} << 20;
-  for (std::size_t used = 0;;) {
+  std::size_t used = 0;
+  for (;;) {
     if (used > kStreamLimit) {
       error = path + " goes on for more than 4 GB: save it as a file first.";
       return false;
     }
-    stream_.resize(used + kPiece);
-    const ssize_t got = read(file_, stream_.data() + used, kPiece);
+    if (used == stream_.size()) stream_.resize(used + std::max(kPiece, used / 2));
+    const ssize_t got = read(file_, stream_.data() + used, stream_.size() - used);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) {
       error = Because(path, errno);
       return false;
     }
-    used += static_cast<std::size_t>(got);
-    stream_.resize(used);
-    if (got == 0) break;
+    const auto piece = std::string_view(stream_).substr(used, static_cast<std::size_t>(got));
+    used += piece.size();
+    // A stream of zero bytes may have no end. The reader refuses it for what has come so far.
+    if (piece.empty() || (used <= 2 * kPiece && piece.find('\0') != std::string_view::npos)) break;
   }
+  stream_.resize(used);
   text_ = stream_;
   return true;
 }

@@ -67,6 +67,7 @@ bool CTextTableReader::FindNames() {
     return Refuse(file_ + (layout_.names.empty() ? " holds nothing but blank lines." : " has headings but no rows."));
   if (!layout_.names.empty()) {
     names_ = layout_.names;
+    if (dialect_.delimiter == '\n' && names_.size() > 1) dialect_.delimiter = ' ';  // rows of one cell each
   } else if (!dialect_.headings) {
     names_.resize(std::max<std::size_t>(dialect_.columns, 1));
     opened_.warnings.push_back("No headings: the columns are called Column 1" +

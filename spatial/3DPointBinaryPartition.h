@@ -8,7 +8,8 @@
 
 namespace tallyscope {
 
-// A node of a CPointSearch. The children of a node tile its box; only leaves hold points.
+// A node of a CPointSearch. The children of a node tile its box; only leaves hold points. Aligned so that a descent in
+// the plane touches one cache line a node.
 class C3DPointBinaryPartition : public CDLBTree_Base<C3DPointBinaryPartition> {
  public:
   Box box;

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <type_traits>
+#include <utility>
 
 namespace tallyscope {
 
@@ -28,13 +30,15 @@ void Collect(Leaves& out, Node* node, bool includeEmpty, const Keep& keep) {
   Collect(out, node->right, includeEmpty, keep);
 }
 
+// Without a branch per face.
 template <int kAxes>
 bool Meets(const Box& cell, const Box& box) {
-  bool meets = true;
+  int misses = 0;
   for (std::size_t axis = 0; axis < kAxes; ++axis) {
-    meets = meets & (box.min[axis] < cell.max[axis]) & (cell.min[axis] <= box.max[axis]);
+    misses |=
+        static_cast<int>(!(box.min[axis] < cell.max[axis])) | static_cast<int>(!(cell.min[axis] <= box.max[axis]));
   }
-  return meets;
+  return misses == 0;
 }
 
 // Calls `action` with the number of axes as a constant.

@@ -8,26 +8,17 @@
 #include <limits>
 #include <numeric>
 
+#include "spatial/LeafTests.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr double kPi = 3.14159265358979323846;
-constexpr double kFarthestStart = 1e6;  // radians
-constexpr double kFlat = 1e-6;          // a smaller dx counts as straight up or down
-
-// Angle of a direction over the full circle, 0 to 2 pi; 0 for none.
-double FullCircleAngle(double dx, double dy) {
-  if (std::fabs(dx) > kFlat) {
-    const double angle = std::atan(dy / dx);
-    if (dx < 0) return angle + kPi;
-    return dy < 0 ? angle + 2 * kPi : angle;
-  }
-  if (std::fabs(dy) < kFlat) return 0;
-  return dy < 0 ? 3 * kPi / 2 : kPi / 2;
-}
+using leaf_tests::Columns;
+using leaf_tests::kPi;
+using leaf_tests::Rectangle;
+using leaf_tests::Sector;
 
 // Bounds in x and y a little wider than the rounding of their corners.
 Box Widen(Box box) {
@@ -47,111 +38,13 @@ void Prefetch(const Value* values, std::size_t count) {
   for (std::size_t i = 0; i < std::min(count, kMost); i += kLine) __builtin_prefetch(values + i);
 }
 
-constexpr int kBlock = 128;
-using Marks = std::uint64_t*;  // as wide as a co-ordinate, so that compilers test several at once
-
-constexpr std::uint64_t AllOnes(bool condition) {
-  return condition ? ~std::uint64_t{0} : 0;
-}
-
-// The co-ordinates of a leaf's points, and the tests on the point at position p.
-template <int kAxes>
-class Columns {
- public:
-  Columns(const CPointSearch& search, const CPointSearch::Node& leaf) {
-    for (int axis = 0; axis < kAxes; ++axis) columns_[axis] = search.GetLeafCoordinates(leaf, axis);
-  }
-
-  double Get(int axis, int p) const { return axis < kAxes ? columns_[axis][p] : 0; }
-
-  // Marks with 1 or 0, for `count` points from `first`.
-  void MarkInBox(int first, int count, Marks marks, const Box& box) const {
-    MarkBetween(first, count, marks, box,
-                [](double low, double value, double high) { return AllOnes(low <= value) & AllOnes(value <= high); });
-  }
-  // Off the faces.
-  void MarkWithinBox(int first, int count, Marks marks, const Box& box) const {
-    MarkBetween(first, count, marks, box,
-                [](double low, double value, double high) { return AllOnes(low < value) & AllOnes(value < high); });
-  }
-  void MarkInSphere(int first, int count, Marks marks, const Point3& centre, double squaredRadius) const {
-    for (int i = 0; i < count; ++i) marks[i] = SquaredDistance(first + i, centre) <= squaredRadius;
-  }
-  double SquaredDistance(int p, const Point3& centre) const {
-    double sum = 0;
-    for (std::size_t axis = 0; axis < kAxes; ++axis) {
-      const double difference = columns_[axis][p] - centre[axis];
-      sum += difference * difference;
-    }
-    return sum;
-  }
-
- private:
-  template <class Test>
-  void MarkBetween(int first, int count, Marks marks, const Box& box, const Test& test) const {
-    std::fill(marks, marks + count, 1);
-    for (std::size_t axis = 0; axis < kAxes; ++axis) {
-      const double* values = columns_[axis] + first;
-      const double low = box.min[axis];
-      const double high = box.max[axis];
-      for (int i = 0; i < count; ++i) marks[i] &= test(low, values[i], high);
-    }
-  }
-
-  const double* columns_[3];
-};
-
-struct Sector {
-  Point3 centre;
-  double outer;
-  double inner;
-  double start;
-  double end;
-
-  template <int kAxes>
-  bool Holds(const Columns<kAxes>& columns, int p) const {
-    const double distance = columns.SquaredDistance(p, centre);
-    if (!(distance <= outer * outer && distance >= inner * inner)) return false;
-    return kAxes != 2 || HoldsAngle(FullCircleAngle(columns.Get(0, p) - centre[0], columns.Get(1, p) - centre[1]));
-  }
-  // Whole turns are added one by one, as rounding has it, unless the sector starts absurdly far off.
-  bool HoldsAngle(double angle) const {
-    if (start > kFarthestStart) return false;
-    while (angle < start) angle += 2 * kPi;
-    return !(angle > end);
-  }
-};
-
-struct Rectangle {
-  Point3 origin;
-  Point3 size;
-  Box bounds;
-  double cosine;
-  double sine;
-
-  template <int kAxes>
-  bool Holds(const Columns<kAxes>& columns, int p) const {
-    if (kAxes > 2 && !(bounds.min[2] <= columns.Get(2, p) && columns.Get(2, p) <= bounds.max[2])) return false;
-    const double dx = columns.Get(0, p) - origin[0];
-    const double dy = kAxes > 1 ? columns.Get(1, p) - origin[1] : 0;
-    const double along = cosine * dx + sine * dy;
-    const double across = cosine * dy - sine * dx;
-    return along >= 0 && along <= size[0] && (kAxes < 2 || (across >= 0 && across <= size[1]));
-  }
-};
-
-// Writes the positions that pass, of `count`; returns how many. `mark` says of a run of positions which pass.
-template <class Mark>
-int ListHits(int count, int* hits, const Mark& mark) {
-  std::uint64_t marks[kBlock];
+// Writes the positions that pass, of `count`; returns how many.
+template <class Test>
+int ListHits(int count, int* hits, const Test& test) {
   int found = 0;
-  for (int first = 0; first < count; first += kBlock) {
-    const int size = std::min(kBlock, count - first);
-    mark(first, size, marks);
-    for (int i = 0; i < size; ++i) {
-      hits[found] = first + i;
-      found += static_cast<int>(marks[i]);
-    }
+  for (int p = 0; p < count; ++p) {
+    hits[found] = p;
+    found += static_cast<int>(test(p));
   }
   return found;
 }
@@ -330,7 +223,7 @@ bool CStats_PointSearch::GetNext(int& index, int step) {
     if (leaf != openLeaf_) OpenLeaf(leaf);
     for (; hitCursor_ < hitCount_; ++hitCursor_) {
       const int hit = hits_[static_cast<std::size_t>(hitCursor_)];
-      if (hit < position || (hit - position) % stride != 0) continue;
+      if (stride > 1 && (hit < position || (hit - position) % stride != 0)) continue;
       ++hitCursor_;
       leafCursor_ = leaf;
       pointCursor_ = hit + 1;
@@ -338,6 +231,7 @@ bool CStats_PointSearch::GetNext(int& index, int step) {
       return true;
     }
     const auto size = static_cast<std::int64_t>(leaves_[static_cast<std::size_t>(leaf)]->points.size());
+    if (stride == 1) position = std::max(position, size);
     if (position < size) position += (size - position + stride - 1) / stride * stride;
     position -= size;
   }
@@ -375,30 +269,23 @@ template <int kAxes>
 void CStats_PointSearch::FindHits(const Node& leaf) {
   const Columns<kAxes> columns(*this, leaf);
   const int count = static_cast<int>(leaf.points.size());
-  const auto list = [&](const auto& mark) { hitCount_ = ListHits(count, hits_.data(), mark); };
-  const auto listOneByOne = [&](const auto& shape) {
-    list([&](int first, int size, Marks marks) {
-      for (int i = 0; i < size; ++i) marks[i] = shape.Holds(columns, first + i);
-    });
-  };
+  const auto list = [&](const auto& test) { hitCount_ = ListHits(count, hits_.data(), test); };
   switch (queryType_) {
     case kBox:
-      return list([&](int first, int size, Marks marks) { columns.MarkInBox(first, size, marks, box_); });
+      hitCount_ = columns.ListInBox(count, hits_.data(), box_);
+      break;
     case kBetweenBoxes:
-      return list([&](int first, int size, Marks marks) {
-        std::uint64_t within[kBlock];
-        columns.MarkInBox(first, size, marks, box_);
-        columns.MarkWithinBox(first, size, within, innerBox_);
-        for (int i = 0; i < size; ++i) marks[i] &= ~within[i];
-      });
+      return list([&](int p) { return columns.IsInBox(p, box_) && !columns.IsWithinBox(p, innerBox_); });
     case kSphere:
-      return list([&](int first, int size, Marks marks) {
-        columns.MarkInSphere(first, size, marks, point_, radius_ * radius_);
-      });
+      return list([&, limit = radius_ * radius_](int p) { return columns.SquaredDistance(p, point_) <= limit; });
     case kSector:
-      return listOneByOne(Sector{point_, radius_, innerRadius_, angleA_, angleB_});
+      return list([&, sector = Sector{point_, radius_, innerRadius_, angleA_, angleB_}](int p) {
+        return sector.Holds(columns, p);
+      });
     case kRotatedRectangle:
-      return listOneByOne(Rectangle{point_, vector_, box_, angleA_, angleB_});
+      return list([&, rectangle = Rectangle{point_, vector_, box_, angleA_, angleB_}](int p) {
+        return rectangle.Holds(columns, p);
+      });
     default:
       std::iota(hits_.begin(), hits_.begin() + count, 0);
       hitCount_ = count;

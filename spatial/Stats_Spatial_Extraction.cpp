@@ -215,6 +215,7 @@ class CStats_Spatial::Selector {
     CStats_PointSearch* search = GetSearch(region);
     if (search == nullptr) return false;
     std::vector<Point3> vertices;
+    vertices.reserve(At(region.GetPointCount()));
     for (int i = 0; i < region.GetPointCount(); ++i) vertices.push_back(region.GetPoint(i));
     if (vertices.empty()) return true;
     const PolygonTest polygon(std::move(vertices));

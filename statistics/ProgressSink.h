@@ -8,7 +8,7 @@ namespace tallyscope {
 class CProgressSink {
  public:
   virtual ~CProgressSink() = default;
-  virtual bool OnProgress(int percent) = 0;  // false cancels
+  virtual bool OnProgress(int percent) = 0;                  // false cancels
   virtual void SetTask(const char* text, int reserved) = 0;  // reserved is 0
 };
 

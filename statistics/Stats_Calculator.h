@@ -9,13 +9,14 @@ class CArchive;
 class CProgressSink;
 class CStats_Data;
 
-// The frame of every computation: a list of items (a data set and a dim), each with bits that say what has been computed
-// for it. Add the items, set what the class wants beside them, Calculate, read the public figures.
+// The frame of every computation: a list of items (a data set and a dim), each with bits that say what has been
+// computed for it. Add the items, set what the class wants beside them, Calculate, read the public figures.
 //   CStats_Univariate zinc;
 //   zinc.Add(&table, 3);
 //   zinc.Calculate(11, nullptr);   // zinc.mean, zinc.skewness, zinc.median ...
-// Calculate does only what isn't done yet. Nothing notices a change of the data: a changed table wants a new calculator.
-// The figures are shared by all items; with several, those of the last one computed stand. Data sets are not owned.
+// Calculate does only what isn't done yet. Nothing notices a change of the data: a changed table wants a new
+// calculator. The figures are shared by all items; with several, those of the last one computed stand. Data sets are
+// not owned.
 class CStats_Calculator {
  public:
   virtual ~CStats_Calculator() = default;
@@ -23,8 +24,8 @@ class CStats_Calculator {
   virtual void Add(CStats_Data* data, int dim);
   virtual void Remove(int item);
   virtual void Clear();
-  virtual bool IsItem(int item);                 // in range, with a data set
-  virtual CStats_Data* GetItemData(int item);    // no range check, as below
+  virtual bool IsItem(int item);               // in range, with a data set
+  virtual CStats_Data* GetItemData(int item);  // no range check, as below
   virtual int GetItemDim(int item);
   virtual int GetItemCount();
 

@@ -15,9 +15,13 @@ constexpr double kNull = -1e32;
 
 }  // namespace
 
-int CStats_HistData::GetSize() { return histogram != nullptr ? histogram->GetBinCount() : 0; }
+int CStats_HistData::GetSize() {
+  return histogram != nullptr ? histogram->GetBinCount() : 0;
+}
 
-CString CStats_HistData::GetValueName(int field) { return field >= 0 && field < kFields ? kNames[field] : ""; }
+CString CStats_HistData::GetValueName(int field) {
+  return field >= 0 && field < kFields ? kNames[field] : "";
+}
 
 double CStats_HistData::GetValue(int field, int station) {
   if (station < 0 || station >= GetSize()) return 0.0;

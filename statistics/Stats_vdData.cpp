@@ -3,8 +3,12 @@
 
 namespace tallyscope {
 
-int CStats_vdData::GetSize() { return static_cast<int>(values_->size()); }
+int CStats_vdData::GetSize() {
+  return static_cast<int>(values_->size());
+}
 
-double CStats_vdData::GetValue(int, int station) { return (*values_)[static_cast<std::size_t>(station)]; }
+double CStats_vdData::GetValue(int, int station) {
+  return (*values_)[static_cast<std::size_t>(station)];
+}
 
 }  // namespace tallyscope

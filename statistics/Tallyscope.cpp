@@ -82,7 +82,9 @@ void CTallyscope::CreateSpatialCalculator() {
   spatial_->SetSpatialDims(-1, -2, -3, data_->GetSpatialSize());
 }
 
-void CTallyscope::DestroySpatialCalculator() { spatial_.reset(); }
+void CTallyscope::DestroySpatialCalculator() {
+  spatial_.reset();
+}
 
 CStats_Calculator* CTallyscope::GetCalculator() {
   switch (mode_) {
@@ -98,7 +100,9 @@ CStats_Calculator* CTallyscope::GetCalculator() {
   }
 }
 
-CStats_Univariate* CTallyscope::GetUniStats(int dim) { return &uniStats_[GetCacheIndex(dim)]; }
+CStats_Univariate* CTallyscope::GetUniStats(int dim) {
+  return &uniStats_[GetCacheIndex(dim)];
+}
 
 std::size_t CTallyscope::GetCacheIndex(int dim) const {
   return static_cast<std::size_t>(dim < 0 ? -dim - 1 : data_->GetSpatialSize() + dim);

@@ -21,7 +21,7 @@ class CTallyscope {
   // How the spreadsheet shows the session's table. Lives here, so that it comes back when a selection is popped.
   struct SpreadsheetSort {
     bool sorted = false;
-    int field = 0;           // dim
+    int field = 0;  // dim
     int descending = 0;
     int column = -1;         // grid column that shows the arrow
     std::vector<int> ranks;  // station to sorted position
@@ -60,8 +60,8 @@ class CTallyscope {
   int GetAncDim() const { return dims_.back(); }
   const std::vector<int>& GetDims() const { return dims_; }
 
-  // Makes the calculator of a mode that has one of its own (CStats_Bivariate for two fields, CStats_Multivariate for many
-  // and for the axes), unless one exists.
+  // Makes the calculator of a mode that has one of its own (CStats_Bivariate for two fields, CStats_Multivariate for
+  // many and for the axes), unless one exists.
   void CreateCalculator();
   // In modes with a calculator of their own only: the others leave it for the next start of such a mode.
   void DestroyCalculator();

@@ -12,7 +12,9 @@
 
 namespace tallyscope {
 
-CDlg_FindValue::CDlg_FindValue(CWnd* parent) : CDialog(parent) { SetWindowText("Find value"); }
+CDlg_FindValue::CDlg_FindValue(CWnd* parent) : CDialog(parent) {
+  SetWindowText("Find value");
+}
 
 void CDlg_FindValue::CreateControls() {
   auto* explanation = new QLabel(

@@ -61,7 +61,9 @@ CDlg_Tallyscope::~CDlg_Tallyscope() {
   CDlg_Tallyscope::Destroy();
 }
 
-int CDlg_Tallyscope::GetDimension() const { return GetData()->GetSpatialSize(); }
+int CDlg_Tallyscope::GetDimension() const {
+  return GetData()->GetSpatialSize();
+}
 
 void CDlg_Tallyscope::PushData(CStats_Data* data, bool owns) {
   sessions_.push_back(std::make_unique<CTallyscope>());
@@ -301,7 +303,9 @@ void CDlg_Tallyscope::ResetDialog() {
   update();
 }
 
-void CDlg_Tallyscope::DestroyPSheet() { sheet_.reset(); }
+void CDlg_Tallyscope::DestroyPSheet() {
+  sheet_.reset();
+}
 
 void CDlg_Tallyscope::CreatePS(int startPage) {
   if (std::find(modes_.begin(), modes_.end(), GetMode()) == modes_.end()) return;

@@ -28,10 +28,10 @@ inline constexpr unsigned long kShowSpatial = 8;
 inline constexpr unsigned long kShowVariogram = 0x10;
 inline constexpr unsigned long kShowVariogramModel = 0x20;
 
-// The workbench's window: a spreadsheet of the working table on top, the property sheet of the current analysis below it.
-// It owns a stack of sessions, the top one being the working table, and one sheet at a time, built anew on each change of
-// mode, field or table. It holds no statistics of its own. A host reaches it through CDlg_Tallyscope_Ext; PushData must
-// have been called before DoModal.
+// The workbench's window: a spreadsheet of the working table on top, the property sheet of the current analysis below
+// it. It owns a stack of sessions, the top one being the working table, and one sheet at a time, built anew on each
+// change of mode, field or table. It holds no statistics of its own. A host reaches it through CDlg_Tallyscope_Ext;
+// PushData must have been called before DoModal.
 class CDlg_Tallyscope : public CDialog {
  public:
   explicit CDlg_Tallyscope(CWnd* parent = nullptr);

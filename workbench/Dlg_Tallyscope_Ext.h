@@ -15,7 +15,7 @@ class CDlg_Tallyscope_Ext {
  public:
   CDlg_Tallyscope_Ext();
   CDlg_Tallyscope* GetDlg() const { return dialog_.get(); }
-  bool DoModal();    // true when the dialog ended with OK; false at once when no table was pushed
+  bool DoModal();  // true when the dialog ended with OK; false at once when no table was pushed
   // Icons and texts are compiled in, so there is no resource handle to give back; the call keeps its place in a host's
   // order of calls.
   void ReleaseRC() {}

@@ -25,7 +25,8 @@ namespace {
 
 // The selection's bits if they fit a table of `stations` stations; null otherwise.
 const bvector* GetSelection(const CStats_Spatial* spatial, int stations) {
-  if (spatial == nullptr || spatial->bitmaps.size() != 1 || spatial->bitmaps.front().GetSize() != stations) return nullptr;
+  if (spatial == nullptr || spatial->bitmaps.size() != 1 || spatial->bitmaps.front().GetSize() != stations)
+    return nullptr;
   return &spatial->bitmaps.front();
 }
 
@@ -43,7 +44,8 @@ bool CDlg_Tallyscope::IsSelectedRow(int station) const {
   return selection != nullptr && selection->Get(station);
 }
 
-// The rows that a click with the Shift key means: from the nearest selected row above, or else below, to the one clicked.
+// The rows that a click with the Shift key means: from the nearest selected row above, or else below, to the one
+// clicked.
 std::pair<int, int> CDlg_Tallyscope::FindShiftRange(int position) {
   for (int above = position; above >= 0; --above) {
     if (IsSelectedRow(GetStationSS(above))) return {above, position};
@@ -72,7 +74,8 @@ void CDlg_Tallyscope::SelectRow(int position, int shift, int control) {
   if (shift != 0 && mode == CTSSelectGridCtrl::eExtended) std::tie(first, last) = FindShiftRange(position);
   using Spatial = CStats_Spatial;
   spatial->extractFlags &= ~(Spatial::kRegularCells | Spatial::kLists | Spatial::kExtractZ);
-  spatial->extractFlags |= Spatial::kBitmaps | Spatial::kExtractX | Spatial::kExtractY | Spatial::kIncremental | Spatial::kChanges;
+  spatial->extractFlags |=
+      Spatial::kBitmaps | Spatial::kExtractX | Spatial::kExtractY | Spatial::kIncremental | Spatial::kChanges;
 
   std::unique_ptr<CStats_Rgn> region;
   const int station = GetStationSS(first);
@@ -105,7 +108,8 @@ void CDlg_Tallyscope::ShowSelectedCount() {
   const int size = GetSSData()->GetSize();
   const auto* selection = GetSelection(GetSpatialCalculator(), size);
   const int selected = selection != nullptr ? selection->Count() : 0;
-  label->setText(selected > 0 ? QString("%1 of %2 selected").arg(selected).arg(size) : QString("%1 stations").arg(size));
+  label->setText(selected > 0 ? QString("%1 of %2 selected").arg(selected).arg(size)
+                              : QString("%1 stations").arg(size));
 }
 
 void CDlg_Tallyscope::OnPushData() {

@@ -26,9 +26,13 @@ namespace {
 
 constexpr int kShownDigits = 8;
 
-CString ShownNumber(double value) { return FormatLocale(value, kShownDigits); }
+CString ShownNumber(double value) {
+  return FormatLocale(value, kShownDigits);
+}
 
-int IsDown(Qt::KeyboardModifier key) { return QApplication::keyboardModifiers().testFlag(key) ? 1 : 0; }
+int IsDown(Qt::KeyboardModifier key) {
+  return QApplication::keyboardModifiers().testFlag(key) ? 1 : 0;
+}
 
 }  // namespace
 

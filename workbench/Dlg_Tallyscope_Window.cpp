@@ -194,7 +194,8 @@ void CDlg_Tallyscope::RestoreLayout() {
   resize(std::min(width, room.width()), std::min(height, room.height()));
   const int top = profile.GetProfileInt(kSection, "SpreadsheetHeight", 0);
   const int bottom = profile.GetProfileInt(kSection, "SheetHeight", 0);
-  splitter_->setSizes(top > 0 && bottom > 0 ? QList<int>{top, bottom} : QList<int>{first.height() * 2 / 5, first.height() * 3 / 5});
+  splitter_->setSizes(top > 0 && bottom > 0 ? QList<int>{top, bottom}
+                                            : QList<int>{first.height() * 2 / 5, first.height() * 3 / 5});
   if (profile.GetProfileBool(kSection, "Maximised", false)) setWindowState(windowState() | Qt::WindowMaximized);
 }
 

@@ -92,7 +92,9 @@ CString FigurePanel::GetText() const {
   return FromQString(text);
 }
 
-void FigurePanel::CopyText() const { QApplication::clipboard()->setText(ToQString(GetText())); }
+void FigurePanel::CopyText() const {
+  QApplication::clipboard()->setText(ToQString(GetText()));
+}
 
 FigureGroup SampleCountGroup() {
   return {"Sample Count", {{kControlTotal, "Total"}, {kControlValid, "Valid"}, {kControlInvalid, "Invalid"}}};

@@ -24,8 +24,8 @@ struct FigureGroup {
   std::vector<FigureRow> rows;
 };
 
-// Groups of read-only figures in a grid that reflows with the width: captions left, figures right-aligned. Figures can be
-// selected and copied one by one, and all together as tab-separated text.
+// Groups of read-only figures in a grid that reflows with the width: captions left, figures right-aligned. Figures can
+// be selected and copied one by one, and all together as tab-separated text.
 class FigurePanel : public QWidget {
  public:
   // Registers each figure as a control of `owner`.

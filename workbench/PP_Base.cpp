@@ -15,9 +15,13 @@ namespace tallyscope {
 
 CPP_Base::CPP_Base(int templateId, const CString& caption) : CPropertyPage(templateId, caption) {}
 
-CWnd* CPP_Base::GetDlg() const { return sheet != nullptr ? sheet->GetDlg() : nullptr; }
+CWnd* CPP_Base::GetDlg() const {
+  return sheet != nullptr ? sheet->GetDlg() : nullptr;
+}
 
-CProfile& CPP_Base::GetApp() const { return GetProfile(); }
+CProfile& CPP_Base::GetApp() const {
+  return GetProfile();
+}
 
 void CPP_Base::Initialise() {
   initialised_ = 1;
@@ -43,7 +47,9 @@ int CPP_Base::UpdateControlData(unsigned control, int save) {
   return 1;
 }
 
-void CPP_Base::DoDataExchange(CDataExchange* exchange) { Exchange(kAllControls, exchange); }
+void CPP_Base::DoDataExchange(CDataExchange* exchange) {
+  Exchange(kAllControls, exchange);
+}
 
 void CPP_Base::Exchange(unsigned control, CDataExchange* exchange) {
   DoDataExchange(control, exchange);

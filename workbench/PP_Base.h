@@ -22,8 +22,8 @@ class CPP_Base : public CPropertyPage {
 
   explicit CPP_Base(int templateId = 1000, const CString& caption = CString());
 
-  CPS_Base* sheet = nullptr;     // set by the sheet that makes the page
-  unsigned dataChanged = 0;      // bits of what has changed
+  CPS_Base* sheet = nullptr;  // set by the sheet that makes the page
+  unsigned dataChanged = 0;   // bits of what has changed
 
   CWnd* GetDlg() const;
   bool IsInitialised() const { return initialised_ != 0; }

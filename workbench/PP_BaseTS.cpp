@@ -5,6 +5,8 @@
 
 namespace tallyscope {
 
-CDlg_Tallyscope* CPP_BaseTS::GetDlg() const { return dynamic_cast<CDlg_Tallyscope*>(CPP_Base::GetDlg()); }
+CDlg_Tallyscope* CPP_BaseTS::GetDlg() const {
+  return dynamic_cast<CDlg_Tallyscope*>(CPP_Base::GetDlg());
+}
 
 }  // namespace tallyscope

@@ -17,16 +17,15 @@ namespace tallyscope {
 CPP_Univariate_Stats::CPP_Univariate_Stats() : CPP_BaseTS(kPageUnivariateStats, "Statistics") {}
 
 void CPP_Univariate_Stats::CreateControls() {
-  figures_ = new FigurePanel(
-      *this, {SampleCountGroup(),
-              DataRangeGroup(),
-              VarianceGroup(),
-              {"Skewness", {{kControlSkewness, "Skewness"}, {kControlDirection, "Direction"}}},
-              {"Histogram", {{kControlMedian, "Median"}, {kControlModeFigure, "Mode"}}},
-              {"Histogram quartiles",
-               {{kControlLowerQuartile, "Lower (25%)"},
-                {kControlUpperQuartile, "Upper (75%)"},
-                {kControlInterquartileRange, "Interquartile Range"}}}});
+  figures_ = new FigurePanel(*this, {SampleCountGroup(),
+                                     DataRangeGroup(),
+                                     VarianceGroup(),
+                                     {"Skewness", {{kControlSkewness, "Skewness"}, {kControlDirection, "Direction"}}},
+                                     {"Histogram", {{kControlMedian, "Median"}, {kControlModeFigure, "Mode"}}},
+                                     {"Histogram quartiles",
+                                      {{kControlLowerQuartile, "Lower (25%)"},
+                                       {kControlUpperQuartile, "Upper (75%)"},
+                                       {kControlInterquartileRange, "Interquartile Range"}}}});
   auto* area = new QScrollArea;
   area->setWidgetResizable(true);
   area->setFrameShape(QFrame::NoFrame);

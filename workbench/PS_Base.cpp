@@ -10,9 +10,13 @@ namespace tallyscope {
 CPS_Base::CPS_Base(CWnd* parent, int selectedPage)
     : CPropertySheet(LoadString(kStringPropertySheet), parent, selectedPage), icon(MakeIcon("app")) {}
 
-CProfile& CPS_Base::GetApp() const { return GetProfile(); }
+CProfile& CPS_Base::GetApp() const {
+  return GetProfile();
+}
 
-bool CPS_Base::IsWizardMode() { return (style & kPropertySheetWizard) != 0; }
+bool CPS_Base::IsWizardMode() {
+  return (style & kPropertySheetWizard) != 0;
+}
 
 int CPS_Base::Process(int apply) {
   if (processed) return 0;
@@ -23,9 +27,13 @@ int CPS_Base::Process(int apply) {
   return 1;
 }
 
-void CPS_Base::Cancel() { SignalCancel(0); }
+void CPS_Base::Cancel() {
+  SignalCancel(0);
+}
 
-CString CPS_Base::GetAppTitle() { return "Application - "; }
+CString CPS_Base::GetAppTitle() {
+  return "Application - ";
+}
 
 bool CPS_Base::OnInitDialog() {
   SetActivePage(startPage_);

@@ -8,9 +8,9 @@
 
 namespace tallyscope {
 
-// Base of every property sheet, embedded in a dialog or run by itself; a host may derive its own sheets from it. The life
-// of a sheet: the creator sets dialog, title and start page, makes the pages, Embed(1), Create. Whatever leaves the sheet
-// calls Process(0) first, so that the pages' controls reach their members and the settings the profile.
+// Base of every property sheet, embedded in a dialog or run by itself; a host may derive its own sheets from it. The
+// life of a sheet: the creator sets dialog, title and start page, makes the pages, Embed(1), Create. Whatever leaves
+// the sheet calls Process(0) first, so that the pages' controls reach their members and the settings the profile.
 class CPS_Base : public CPropertySheet {
  public:
   explicit CPS_Base(CWnd* parent = nullptr, int selectedPage = 0);
@@ -21,17 +21,17 @@ class CPS_Base : public CPropertySheet {
   bool IsFinalised() const { return finalised_ != 0; }
   CProfile& GetApp() const;
 
-  QIcon icon;             // shown by the dialog while a page of this sheet is active
-  CString title;          // "Univariate" and so on
-  bool processed = false; // Process has run since the last change
+  QIcon icon;              // shown by the dialog while a page of this sheet is active
+  CString title;           // "Univariate" and so on
+  bool processed = false;  // Process has run since the last change
 
   virtual bool IsWizardMode();
   virtual void Embed(int embedded) { embedded_ = embedded; }
   virtual int IsEmbedded() { return embedded_; }
   virtual void Initialise() { initialised_ = 1; }
   virtual void Finalise() { finalised_ = 1; }
-  // Controls to members on every page, settings to the profile, SignalProcess. 0 when nothing has changed since the last
-  // time (nothing is done then), 1 otherwise.
+  // Controls to members on every page, settings to the profile, SignalProcess. 0 when nothing has changed since the
+  // last time (nothing is done then), 1 otherwise.
   virtual int Process(int apply);
   virtual void Cancel();
   virtual void SignalProcess(unsigned long) {}  // 1: applied, the sheet stays

@@ -6,7 +6,9 @@
 
 namespace tallyscope {
 
-CDlg_Tallyscope* CPS_BaseTS::GetDlg() const { return dynamic_cast<CDlg_Tallyscope*>(CPS_Base::GetDlg()); }
+CDlg_Tallyscope* CPS_BaseTS::GetDlg() const {
+  return dynamic_cast<CDlg_Tallyscope*>(CPS_Base::GetDlg());
+}
 
 void CPS_BaseTS::Initialise() {
   CPS_Base::Initialise();
@@ -15,6 +17,8 @@ void CPS_BaseTS::Initialise() {
   }
 }
 
-CString CPS_BaseTS::GetAppTitle() { return "Tallyscope - "; }
+CString CPS_BaseTS::GetAppTitle() {
+  return "Tallyscope - ";
+}
 
 }  // namespace tallyscope

@@ -3,7 +3,9 @@
 
 namespace tallyscope {
 
-CPS_Univariate::~CPS_Univariate() { CPS_Univariate::DestroyPPages(); }
+CPS_Univariate::~CPS_Univariate() {
+  CPS_Univariate::DestroyPPages();
+}
 
 void CPS_Univariate::CreatePPUnivariateStats() {
   DestroyPPUnivariateStats();
@@ -17,7 +19,9 @@ void CPS_Univariate::DestroyPPUnivariateStats() {
   stats_.reset();
 }
 
-void CPS_Univariate::DestroyPPages() { DestroyPPUnivariateStats(); }
+void CPS_Univariate::DestroyPPages() {
+  DestroyPPUnivariateStats();
+}
 
 void CPS_Univariate::Write2Registry() {
   if (stats_) stats_->Write2Registry();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How soon the window stands, and what a frame of scrolling costs. The floor of a first paint is the same window on a table
-// of ten stations: what is above it is what the table costs.
+// How soon the window stands, and what a frame of scrolling costs. The floor of a first paint is the same window on a
+// table of ten stations: what is above it is what the table costs.
 #include <benchmark/benchmark.h>
 
 #include <cstring>

@@ -14,8 +14,8 @@ namespace tallyscope {
 // against GetRemaining() before room is made for it.
 class CArchive {
  public:
-  CArchive() = default;                                              // for storing
-  explicit CArchive(std::vector<std::uint8_t> bytes);                // for loading
+  CArchive() = default;                                // for storing
+  explicit CArchive(std::vector<std::uint8_t> bytes);  // for loading
 
   bool IsStoring() const { return storing_; }
   bool IsLoading() const { return !storing_; }

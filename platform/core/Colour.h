@@ -11,8 +11,14 @@ using COLORREF = std::uint32_t;
 constexpr COLORREF RGB(int red, int green, int blue) {
   return static_cast<COLORREF>(red) | static_cast<COLORREF>(green) << 8 | static_cast<COLORREF>(blue) << 16;
 }
-constexpr int GetRValue(COLORREF colour) { return static_cast<int>(colour & 0xff); }
-constexpr int GetGValue(COLORREF colour) { return static_cast<int>(colour >> 8 & 0xff); }
-constexpr int GetBValue(COLORREF colour) { return static_cast<int>(colour >> 16 & 0xff); }
+constexpr int GetRValue(COLORREF colour) {
+  return static_cast<int>(colour & 0xff);
+}
+constexpr int GetGValue(COLORREF colour) {
+  return static_cast<int>(colour >> 8 & 0xff);
+}
+constexpr int GetBValue(COLORREF colour) {
+  return static_cast<int>(colour >> 16 & 0xff);
+}
 
 }  // namespace tallyscope

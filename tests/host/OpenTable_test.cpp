@@ -46,6 +46,7 @@ TEST_F(OpenTableTest, WhatIsNoTableIsRefusedInASentence) {
   EXPECT_EQ(ErrorOf(Write("empty.csv", "")), Path("empty.csv") + " is empty.");
   EXPECT_EQ(ErrorOf(Write("a.csv", "a,b\n") + "/x.csv"), Path("a.csv") + "/x.csv can't be read: Not a directory.");
   EXPECT_EQ(ErrorOf("/dev/null"), "/dev/null is empty.");
+  EXPECT_EQ(ErrorOf("/dev/zero"), "/dev/zero is no text file: byte 1 is zero.") << "which has no end";
   if (geteuid() == 0) return;  // root may read everything
   const auto closed = Write("closed.csv", "a,b\n1,2\n");
   chmod(closed.c_str(), 0);

@@ -122,6 +122,9 @@ TEST(TextTable, NullsAndLimits) {
        "a,b/1,/2,/3,/4,5/6,7/8,9/1,1"},
       {"hexadecimal and thousands are no numbers", "a;b\n1;0x10\n2;1.234.5\n3;4\n5;6\n7;8\n", "a,b/1,/2,/3,4/5,6/7,8"},
       {"signs, exponents, bare points", "a;b\n+5;-.5\n5.;1E+2\n-0;1e-3\n", "a,b/5,-0.5/5,100/-0,0.001"},
+      {"number with letters behind it, between blanks",
+       "a b\n12abc 3 \n1e5x 1.00000000000000001 \n7 8 \n9 1e3                                 \n",
+       "a,b/,3/,1/7,8/9,1000"},
       {"too small for a double", "a;b\n1e-400;4.9e-324\n", "a,b/0,5e-324"},
   });
 }

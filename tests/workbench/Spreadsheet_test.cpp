@@ -53,8 +53,9 @@ TEST_F(Spreadsheet, CellsHoldHeadingsRowNumbersAndValues) {
     const char* text;
     CellAlignment alignment;
   } cells[] = {
-      {0, 0, "     ", CellAlignment::kRight}, {0, 1, "x", CellAlignment::kCentre},  {0, 3, "Cu", CellAlignment::kCentre},
-      {0, 5, "Zn", CellAlignment::kCentre},   {2, 0, "2", CellAlignment::kRight},   {2, 1, "20", CellAlignment::kRight},
+      {0, 0, "     ", CellAlignment::kRight}, {0, 1, "x", CellAlignment::kCentre},
+      {0, 3, "Cu", CellAlignment::kCentre},   {0, 5, "Zn", CellAlignment::kCentre},
+      {2, 0, "2", CellAlignment::kRight},     {2, 1, "20", CellAlignment::kRight},
       {2, 3, "1.25", CellAlignment::kRight},  {2, 4, "-1e+32", CellAlignment::kRight},
   };
   for (const auto& cell : cells) {

@@ -42,7 +42,9 @@ GV_DISPINFO OpenWorkbench::Cell(int row, int col) {
   return info;
 }
 
-std::string OpenWorkbench::Text(int row, int col) { return Cell(row, col).text; }
+std::string OpenWorkbench::Text(int row, int col) {
+  return Cell(row, col).text;
+}
 
 std::string OpenWorkbench::ColumnText(int col) {
   std::string text;

@@ -27,7 +27,9 @@ class WrittenTable : public CStats_Data {
   int GetSpatialSize() override { return axes_; }
   int GetValueSize() override { return static_cast<int>(columns_.size()) - axes_; }
   CString GetValueName(int field) override { return At(field).name; }
-  double GetValue(int field, int station) override { return IsValueValid(field, station) ? Read(field, station) : -1e32; }
+  double GetValue(int field, int station) override {
+    return IsValueValid(field, station) ? Read(field, station) : -1e32;
+  }
   bool IsValueValid(int field, int station) override { return Read(field, station) == Read(field, station); }
 
  private:
@@ -58,8 +60,8 @@ class OpenWorkbench : public CDlg_Tallyscope {
 
   explicit OpenWorkbench(CStats_Data& table);
 
-  bool offersAll = false;      // as if every mode had its sheet
-  std::vector<int> started;    // modes whose sheet was started
+  bool offersAll = false;    // as if every mode had its sheet
+  std::vector<int> started;  // modes whose sheet was started
 
   void ChooseMode(const char* name);
   void ChooseKey(const char* name);
