@@ -46,6 +46,7 @@ void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
     ShowSelectedCount();
   }
   UpdateSortFlag();
+  ShowStatus("");  // what stood there was of the table before
   grid_->Invalidate();
 }
 
