@@ -23,7 +23,8 @@ namespace tallyscope {
 
 namespace {
 
-constexpr int kSlow = 500;  // milliseconds until the progress bar shows
+constexpr int kSlow = 500;     // milliseconds until the progress bar shows
+constexpr int kSettled = 300;  // and until a new window has its size from the display server
 
 // Qt ends the process when there is no display server, so we look first.
 bool HasDisplay() {
@@ -123,7 +124,7 @@ int RunWindow(const OpenRequest& request) {
   }
   dialog->SetIdleStatus(Describe(file, opened));
   int result = 0;
-  if (walks) QTimer::singleShot(0, dialog, [&] { ShowPictures(*dialog, request.pictures, result); });
+  if (walks) QTimer::singleShot(kSettled, dialog, [&] { ShowPictures(*dialog, request.pictures, result); });
   workbench.DoModal();
   return result;
 }
