@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/core/String.h"
+
 namespace tallyscope {
 
 // A binary stream of plain values, little-endian on every machine, that a class writes and reads through one Serialize.
@@ -24,10 +26,21 @@ class CArchive {
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
   std::size_t GetRemaining() const { return bytes_.size() - position_; }
 
+  CArchive& operator<<(std::uint8_t value);
+  CArchive& operator<<(std::uint16_t value);
   CArchive& operator<<(std::int32_t value);
+  CArchive& operator<<(float value);
   CArchive& operator<<(double value);
+  CArchive& operator>>(std::uint8_t& value);
+  CArchive& operator>>(std::uint16_t& value);
   CArchive& operator>>(std::int32_t& value);
+  CArchive& operator>>(float& value);
   CArchive& operator>>(double& value);
+  // A text is its length and its bytes. The length takes one byte below 255; else 255 and two bytes below 65534; else
+  // 255, two bytes of 65535 and four bytes. A length beyond what remains fails and gives an empty text, as does the
+  // mark of wide characters (255, 65534).
+  CArchive& operator<<(const CString& text);
+  CArchive& operator>>(CString& text);
   void Write(const void* bytes, std::size_t count);
   void Read(void* bytes, std::size_t count);  // all of them, or zeros and failed
 

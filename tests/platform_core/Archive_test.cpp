@@ -60,6 +60,34 @@ TEST(Archive, AReadPastTheEndGivesZerosAndFailsForGood) {
   in.Read(nullptr, 0);
 }
 
+TEST(Archive, TextsOfEveryLengthClass) {
+  for (const std::size_t length : {0, 1, 254, 255, 256, 65533, 65534, 65535, 70000}) {
+    CArchive out;
+    out << CString(length, 'x') << std::uint8_t{7};
+    const std::size_t prefix = length < 255 ? 1 : length < 65534 ? 3 : 7;
+    EXPECT_EQ(out.GetBytes().size(), prefix + length + 1);
+    CArchive in(out.GetBytes());
+    CString text;
+    std::uint8_t behind = 0;
+    in >> text >> behind;
+    EXPECT_EQ(text, CString(length, 'x'));
+    EXPECT_EQ(behind, 7);
+  }
+}
+
+TEST(Archive, ALyingOrWideTextLengthFails) {
+  const std::vector<std::uint8_t> lies[] = {
+      {5, 'a', 'b'}, {255}, {255, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 'a'}, {255, 0xfe, 0xff, 1, 'a', 0}};
+  for (const auto& bytes : lies) {
+    CArchive in(bytes);
+    CString text = "before";
+    in >> text;
+    EXPECT_TRUE(in.IsFailed());
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(in.GetRemaining(), 0u);
+  }
+}
+
 }  // namespace
 
 }  // namespace tallyscope
