@@ -25,7 +25,8 @@ void Demand(bool holds, const char* what) {
 // Through a file without a place on the disk.
 CStats_ModelVariogram Read(std::string_view text) {
   const int file = ::memfd_create("model", 0);
-  Demand(file >= 0 && ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()), "a file is at hand");
+  Demand(file >= 0 && ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
+         "a file is at hand");
   CStats_ModelVariogram model;
   CString error;
   Demand(LoadFromFile(model, "/proc/self/fd/" + std::to_string(file), error), "every file can be read");
