@@ -73,6 +73,30 @@ TEST(Stats_ModelVariogram, AxesLieWhereTheAnglesSay) {
   }
 }
 
+// gstat's ranges are not practical ones: a third of ours for "Exp", 1 / sqrt(3) for "Gau". For each case
+//   Rscript -e 'library(gstat); options(digits = 15); variogramLine(vgm(10, "Sph", 500, nugget = 2, anis = c(30, 0.5)),
+//     dist_vector = c(60, 250, 400), dir = c(sin(b * pi / 180), cos(b * pi / 180), 0))$gamma'
+TEST(Stats_ModelVariogram, AgreesWithGstat) {
+  struct Case {
+    CModelVariogram nest;
+    double bearing;
+    double gamma[3];
+  };
+  const NestShape shape = {.sill = 10, .primaryRange = 500, .minorRange = 250, .strike = 30};
+  const NestShape narrow = {.sill = 10, .primaryRange = 500, .minorRange = 125, .strike = 75};
+  for (const auto& [nest, bearing, gamma] :
+       {Case{CModelVariogram::Spherical(shape), 0, {4.36117430004648, 10.47467216825377, 12}},
+        Case{CModelVariogram::Spherical(shape), 120, {5.53088, 12, 12}},
+        Case{CModelVariogram::Exponential(narrow), 10, {9.3123595550786, 11.9580839966473, 11.9984303320663}},
+        Case{CModelVariogram::Gaussian(narrow), 250, {2.46982762643504, 7.66323489061380, 10.82200158895549}}}) {
+    const auto model = MakeModel(2, {nest}, 2);
+    const double distances[] = {60, 250, 400};
+    for (std::size_t i = 0; i < 3; ++i) {
+      EXPECT_NEAR(model.GetVariogram(bearing, 0, distances[i]), gamma[i], 1e-13 * gamma[i]) << bearing;
+    }
+  }
+}
+
 TEST(Stats_ModelVariogram, AnAxisWithoutARangeIsFarAway) {
   const auto model = MakeModel(1, {CModelVariogram::Spherical({.sill = 10, .primaryRange = 1000})}, 2);
   EXPECT_EQ(model.GetVariogram(90, 0, 1e-3), 11) << "across";
