@@ -83,7 +83,7 @@ class ScriptedModal : public CModal {
       ADD_FAILURE() << "no answer to: " << question;
       return std::nullopt;
     }
-    auto answer = answers.front();
+    const Answer answer = answers.front();  // a copy of a bool too
     answers.erase(answers.begin());
     return answer;
   }
