@@ -5,7 +5,9 @@
 #include <locale.h>
 #include <cstdlib>
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -57,6 +59,11 @@ CString FormatGeneral(double value, int precision) {
 
 double ParseLeadingNumber(const CString& text) {
   return strtod_l(text.c_str(), nullptr, PlainLocale());
+}
+
+int ParseLeadingInteger(const CString& text) {
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(std::clamp<long long>(std::strtoll(text.c_str(), nullptr, 10), Limits::min(), Limits::max()));
 }
 
 CString ToLocale(std::string_view text) {

@@ -58,10 +58,10 @@ class COleVariant {
   bool IsText() const { return type_ == VT_BSTR || type_ == VT_LPSTR || type_ == VT_LPWSTR; }
   bool IsNumber() const;  // a plain one: money, dates, errors and truth values are none
 
-  double GetReal() const;                  // of any type with a numeric value; 0 for the others
-  std::int32_t GetInteger() const;         // the same, cut towards 0 and limited to the range; 0 for NaN
-  const CString& GetText() const;          // empty for what is no text
-  void SetReal(double value);              // becomes VT_R8
+  double GetReal() const;           // of any type with a numeric value; 0 for the others
+  std::int32_t GetInteger() const;  // the same, cut towards 0 and limited to the range; 0 for NaN
+  const CString& GetText() const;   // empty for what is no text
+  void SetReal(double value);       // becomes VT_R8
 
   // Same type, same value; NaN equals nothing.
   bool operator==(const COleVariant& other) const;
