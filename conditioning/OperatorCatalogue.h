@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <span>
 
 #include "conditioning/Stats_Operator.h"
 
 namespace tallyscope {
+
+class CDSPOperation;
 
 // One operator. Everything that is asked of a type, by a list, a reader, a writer or a chain, is asked of its row.
 struct OperatorRow {
@@ -15,9 +18,10 @@ struct OperatorRow {
   const char* parameterText;
   VARTYPE parameterType;  // VT_NULL: takes none
   const char* preset;
-  bool oddOnly;      // a width
-  bool inShortList;  // of scope 1
-  bool progressive;  // depends on the band
+  bool oddOnly;                                                             // a width
+  bool inShortList;                                                         // of scope 1
+  bool progressive;                                                         // depends on the band
+  std::unique_ptr<CDSPOperation> (*make)(const CStats_Operator& settings);  // ready to run along a line
 };
 
 // In order of type, which is also the index.

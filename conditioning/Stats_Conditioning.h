@@ -10,6 +10,8 @@
 namespace tallyscope {
 
 class CArchive;
+class bvector;
+class XMLElement;
 
 // What the rules of a conditioning did to one value.
 struct ConditioningOutcome {
@@ -104,6 +106,19 @@ class CStats_Conditioning {
   // 1 for a null. Without the rules only the declared null counts; without a declared null nothing is one.
   virtual int IsNull(const CString& value, bool applyRules) const;
   virtual int IsNull(double value, bool applyRules) const;
+
+  // The chain over a band, in place: `count` samples, a set bit in `nulls` for each null. 1 when the chain ran, 0 when
+  // there is none or it is not used; nothing is touched then. A step that can't run passes the band on.
+  virtual int ProcessOperations(float* values, bvector* nulls, int count) const;
+  // The same over variants. Numbers become VT_R8, texts what atof reads in them, anything else is null; what comes out
+  // is VT_R8 or VT_NULL.
+  virtual int ProcessOperations(std::vector<COleVariant>& values) const;
+
+  // As a child "Conditioning" of an element of a host's document: lists, ranges, background, caps and chain, with six
+  // decimals. The rest has no place there. Nothing happens without a parent.
+  void GetProperties(XMLElement* parent) const;
+  // 1 when that changed anything.
+  int SetProperties(XMLElement* parent);
 
  private:
   int Compare(const CString& a, const CString& b) const;

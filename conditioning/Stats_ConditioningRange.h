@@ -5,8 +5,8 @@
 
 namespace tallyscope {
 
-// A closed interval of numbers. Bounds the wrong way round hold nothing.
-class CStats_ConditioningRange {
+// A closed interval of numbers. Bounds the wrong way round hold nothing. Kept by value, so nothing derives from it.
+class CStats_ConditioningRange final {
  public:
   CStats_ConditioningRange() = default;
   CStats_ConditioningRange(double minimumBound, double maximumBound) : minimum(minimumBound), maximum(maximumBound) {}

@@ -9,11 +9,12 @@ namespace tallyscope {
 
 class CArchive;
 
-// One step of a chain of band operators: what it does, its parameter, and which band of how many it works on.
+// One step of a chain of band operators: what it does, its parameter, and which band of how many it works on. Kept by
+// value, so nothing derives from it.
 //   CStats_Operator smooth;
 //   CStats_Operator::CreateOperator(CStats_Operator::kMovingAverage, "11", smooth);
 // The types stand in one table, conditioning/OperatorCatalogue.h, which everything here asks.
-class CStats_Operator {
+class CStats_Operator final {
  public:
   // Files may hold any number; one that is not in the catalogue does nothing.
   enum CStats_OperatorType : int {
