@@ -38,6 +38,9 @@ constexpr double kU = 0x1p-24;
 constexpr double kSureDirection = 1e5;
 constexpr double kAngleError = (1.02e-5 + 1e-5 + 1e-6) / (2 * leaf_tests::kPi) + 4 * kU;
 
+// Where squares of co-ordinates vanish or overflow the plain formula goes its own ways.
+constexpr double kLeastPerUnit = 1e-140;
+constexpr double kMostPerUnit = 1e140;
 constexpr double kSlack = 1 + 1e-6;  // far more than any rounding of a distance
 constexpr float kNeverDoubtful = 2.0f;
 constexpr int kMostFloatCells = 1 << 24;  // cell numbers beyond aren't exact in float
@@ -61,7 +64,7 @@ LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level
     if (!binning.IsActive(axis)) continue;
     perUnit_[a] = 1 / binning.GetWidth(axis);
     const bool isSplit = binning.IsPolar() || binning.GetCount(axis) > 1;
-    if (!(perUnit_[a] > 0) || !std::isnormal(perUnit_[a]) || !isSplit) estimates_ = false;
+    if (!(perUnit_[a] > kLeastPerUnit && perUnit_[a] < kMostPerUnit) || !isSplit) estimates_ = false;
   }
   if (!estimates_) perUnit_ = {};
   SetUpEstimate();
