@@ -3,6 +3,7 @@
 
 #include <langinfo.h>
 #include <locale.h>
+#include <algorithm>
 #include <cstdlib>
 
 #include <charconv>
@@ -52,6 +53,13 @@ void SetNumberCharacters(NumberCharacters characters) {
 CString FormatGeneral(double value, int precision) {
   char text[800];  // a double has 767 significant digits at most
   const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, precision);
+  return CString(text, end.ptr);
+}
+
+CString FormatFixed(double value, int decimals) {
+  char text[1500];  // 309 digits before the point, 1074 behind it at most
+  const auto end =
+      std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, std::clamp(decimals, 0, 1074));
   return CString(text, end.ptr);
 }
 

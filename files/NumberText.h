@@ -23,6 +23,9 @@ void SetNumberCharacters(NumberCharacters characters);
 // What printf's "%.<precision>g" gives in the "C" locale.
 CString FormatGeneral(double value, int precision);
 
+// What printf's "%.<decimals>f" gives in the "C" locale.
+CString FormatFixed(double value, int decimals);
+
 // What atof gives in the "C" locale: the longest number that the text starts with, 0 if none.
 double ParseLeadingNumber(const CString& text);
 

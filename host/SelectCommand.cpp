@@ -3,7 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "files/AtomicFile.h"
+#include "platform/core/AtomicFile.h"
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/CsvWriter.h"

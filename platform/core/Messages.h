@@ -9,6 +9,8 @@ inline constexpr unsigned kMessageColSelect = 0xFBD;         // grid to main dia
 inline constexpr unsigned kMessageRowSelect = 0xFBE;         // grid to main dialog: a row number was clicked; row
 inline constexpr unsigned kMessageSelectionChanged = 0xFC0;  // main dialog to active page: the selection changed by row
 
+inline constexpr unsigned kMessageStatusText = 7035;  // to the host's main window: CString*, which it then owns
+
 // Notification codes (CWnd::OnNotify).
 inline constexpr int kNotifyCellRequest = -150;  // a virtual grid asks for one cell
 inline constexpr int kNotifyClick = -2;          // the grid was clicked

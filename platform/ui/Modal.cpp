@@ -28,12 +28,28 @@ QString Suffix(const QString& filter) {
 }
 
 // File and field names may look like markup, and must not be taken for it.
-int ShowMessage(QWidget* parent, QMessageBox::Icon icon, const CString& text, QMessageBox::StandardButtons buttons) {
-  QMessageBox box(icon, "Tallyscope", QString(), buttons, parent);
+int ShowMessage(QWidget* parent, QMessageBox::Icon icon, const CString& text, QMessageBox::StandardButtons buttons,
+                const CString& caption = "Tallyscope") {
+  QMessageBox box(icon, ToQString(caption), QString(), buttons, parent);
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   box.setText(ToQString(text));
   return box.exec();
+}
+
+void SelectFilter(QFileDialog& dialog, const int* filterNumber) {
+  if (filterNumber == nullptr) return;
+  const QString filter = dialog.nameFilters().value(*filterNumber - 1);
+  if (!filter.isEmpty()) dialog.selectNameFilter(filter);
+}
+
+std::optional<CString> RunFileDialog(QFileDialog& dialog, int* filterNumber) {
+  SelectFilter(dialog, filterNumber);
+  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+  if (filterNumber != nullptr) {
+    *filterNumber = static_cast<int>(dialog.nameFilters().indexOf(dialog.selectedNameFilter())) + 1;
+  }
+  return Chosen(dialog.selectedFiles().value(0));
 }
 
 class RealModal : public CModal {
@@ -44,22 +60,28 @@ class RealModal : public CModal {
   bool Confirm(QWidget* parent, const CString& question) override {
     return ShowMessage(parent, QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
   }
-  std::optional<CString> AskOpenFile(QWidget* parent, const CString& title, const CString& folder,
-                                     const CString& filter) override {
-    return Chosen(QFileDialog::getOpenFileName(parent, ToQString(title), ToQString(folder), ToQString(filter)));
+  bool ConfirmTrouble(QWidget* parent, const CString& caption, const CString& question) override {
+    return ShowMessage(parent, QMessageBox::Critical, question, QMessageBox::Yes | QMessageBox::No, caption) ==
+           QMessageBox::Yes;
   }
-  std::optional<CString> AskSaveFile(QWidget* parent, const CString& title, const CString& path,
-                                     const CString& filter) override {
+  std::optional<CString> AskOpenFile(QWidget* parent, const CString& title, const CString& folder,
+                                     const CString& filter, int* filterNumber) override {
+    QFileDialog dialog(parent, ToQString(title), ToQString(folder), ToQString(filter));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    return RunFileDialog(dialog, filterNumber);
+  }
+  std::optional<CString> AskSaveFile(QWidget* parent, const CString& title, const CString& path, const CString& filter,
+                                     int* filterNumber) override {
     const QFileInfo proposed(ToQString(path));
     QFileDialog dialog(parent, ToQString(title), proposed.path(), ToQString(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.selectFile(proposed.fileName());
+    SelectFilter(dialog, filterNumber);
     // A name without an ending gets the chosen kind's.
     dialog.setDefaultSuffix(Suffix(dialog.selectedNameFilter()));
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
                      [&dialog](const QString& chosen) { dialog.setDefaultSuffix(Suffix(chosen)); });
-    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-    return Chosen(dialog.selectedFiles().value(0));
+    return RunFileDialog(dialog, filterNumber);
   }
   int RunMenu(QWidget* parent, const CMenu& menu, QPoint global) override {
     QMenu popup(parent);

@@ -7,7 +7,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -19,6 +18,7 @@
 #include "host/CommandLine.h"
 #include "host/OpenTable.h"
 #include "host/SelectionPlan.h"
+#include "tests/support/Scratch.h"
 #include "tests/support/TableText.h"
 
 namespace tallyscope {
@@ -41,33 +41,6 @@ std::string Example(const std::string& name) {
   const char* folder = std::getenv("TALLYSCOPE_EXAMPLES");
   return std::string(folder != nullptr ? folder : "examples") + "/" + name;
 }
-
-std::string ReadAll(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-// A folder of its own, gone with the object.
-class CScratch {
- public:
-  CScratch() {
-    char name[] = "select_XXXXXX";
-    folder = ::mkdtemp(name);
-  }
-  ~CScratch() { std::filesystem::remove_all(folder); }
-
-  std::string Write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder + "/" + name, std::ios::binary) << text;
-    return folder + "/" + name;
-  }
-  std::vector<std::string> List() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.push_back(entry.path().filename());
-    return names;
-  }
-  std::string folder;
-};
 
 // Ten stations on a line, numbered from 1; v is ten times the number, with a null at 4.
 const char* const kTen =

@@ -24,8 +24,12 @@ class ScriptedModal : public CModal {
   std::vector<int> menuIds;
   std::function<int(CDialog&)> onDialog;  // works on the open dialog; what it returns ends it
 
+  int answerFilter = 0;  // the filter that file prompts answer with; 0 leaves the one they came with
+
   std::vector<CString> told;
-  std::vector<CString> asked;  // questions and titles of file prompts
+  std::vector<CString> asked;       // questions and titles of file prompts
+  std::vector<CString> filePlaces;  // folder or path that each file prompt started at
+  std::vector<CString> fileFilters;
   std::vector<CMenu> menus;
   std::vector<QPoint> menuPlaces;
 
@@ -42,13 +46,16 @@ class ScriptedModal : public CModal {
     asked.push_back(question);
     return Next(confirmations, question).value_or(false);
   }
-  std::optional<CString> AskOpenFile(QWidget*, const CString& title, const CString&, const CString&) override {
-    asked.push_back(title);
-    return Next(files, title).value_or(std::nullopt);
+  bool ConfirmTrouble(QWidget* parent, const CString&, const CString& question) override {
+    return Confirm(parent, question);
   }
-  std::optional<CString> AskSaveFile(QWidget*, const CString& title, const CString&, const CString&) override {
-    asked.push_back(title);
-    return Next(files, title).value_or(std::nullopt);
+  std::optional<CString> AskOpenFile(QWidget*, const CString& title, const CString& folder, const CString& filter,
+                                     int* filterNumber) override {
+    return AskFile(title, folder, filter, filterNumber);
+  }
+  std::optional<CString> AskSaveFile(QWidget*, const CString& title, const CString& path, const CString& filter,
+                                     int* filterNumber) override {
+    return AskFile(title, path, filter, filterNumber);
   }
   int RunMenu(QWidget*, const CMenu& menu, QPoint global) override {
     menus.push_back(menu);
@@ -62,6 +69,14 @@ class ScriptedModal : public CModal {
   }
 
  private:
+  std::optional<CString> AskFile(const CString& title, const CString& place, const CString& filter, int* filterNumber) {
+    asked.push_back(title);
+    filePlaces.push_back(place);
+    fileFilters.push_back(filter);
+    if (filterNumber != nullptr && answerFilter != 0) *filterNumber = answerFilter;
+    return Next(files, title).value_or(std::nullopt);
+  }
+
   template <class Answer>
   static std::optional<Answer> Next(std::vector<Answer>& answers, const CString& question) {
     if (answers.empty()) {

@@ -27,7 +27,8 @@ class CAtomicFile {
   bool Commit();
 
   bool IsGood() const { return error_.empty(); }
-  const CString& GetError() const { return error_; }  // one sentence
+  const CString& GetError() const { return error_; }   // one sentence
+  int GetErrorNumber() const { return errorNumber_; }  // the platform's, 0 while good
 
  private:
   bool OpenBeside(const CString& place);
@@ -40,6 +41,7 @@ class CAtomicFile {
   CString temporary_;  // empty: written straight to the target
   CString buffer_;
   CString error_;
+  int errorNumber_ = 0;
   int file_ = -1;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "files/AtomicFile.h"
+#include "platform/core/AtomicFile.h"
 
 #include <cerrno>
 #include <climits>
@@ -111,6 +111,7 @@ bool CAtomicFile::Commit() {
 
 bool CAtomicFile::Fail(int number) {
   const char* const words = strerrordesc_np(number);  // never translated, as our other sentences are not
+  errorNumber_ = number;
   error_ = target_ + " can't be written: " + (words != nullptr ? words : "unknown error") + ".";
   Discard();
   return false;

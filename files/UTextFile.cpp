@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "files/UTextFile.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "files/FileErrorText.h"
+#include "platform/core/TextCase.h"
+
+namespace tallyscope {
+
+namespace {
+
+// A path that starts at a root, a drive or a network share keeps its form; any other starts at the current folder.
+CUFilename Anchored(const CString& path) {
+  CUFilename name(path);
+  if (!name.GetDrive().empty() || path.empty() || path[0] == '/' || path.starts_with("\\\\")) return name;
+  std::error_code error;
+  const CString folder = std::filesystem::current_path(error).string();
+  return error ? name : CUFilename(WithSeparator(folder) + path);
+}
+
+}  // namespace
+
+bool CUTextFile::Open(const CString& path, int read, int write, int /*binary*/) {
+  fileName_ = Anchored(path);
+  mode_ = write == 0 ? modeRead : read != 0 ? modeReadWrite : modeWrite;
+  status_ = {};
+  // The parts of a file name have their limits; the file system has its own, so it gets the path as it was given.
+  const bool good = OpenFile(path, mode_);
+  if (good) GetFileStatus(path, status_);
+  return Finish(good);
+}
+
+bool CUTextFile::Finish(bool good) {
+  failed_ = !good;
+  errorText_ = good ? CString() : FileErrorText(GetFailure(), mode_, fileName_.GetFullPath());
+  return good;
+}
+
+bool CUTextFile::Close() {
+  return Finish(CloseFile());
+}
+
+bool CUTextFile::WriteString(std::string_view text) {
+  return Finish(CStdioFile::WriteString(text));
+}
+
+bool CUTextFile::ReadLine() {
+  CString line;
+  if (!ReadString(line)) {
+    tokeniser_.SetLine({});
+    if (GetFailure().cause != CFileException::none) Finish(false);
+    return false;
+  }
+  tokeniser_.SetLine(std::move(line));
+  return true;
+}
+
+int CUTextFile::GetTokenType(int i) const {
+  return i >= 0 && i < GetTokenCount() ? GetTokens()[static_cast<std::size_t>(i)].type : CUTokeniser::kNone;
+}
+
+CString CUTextFile::GetToken(int i) const {
+  return GetTokenType(i) == CUTokeniser::kNone ? CString() : GetTokens()[static_cast<std::size_t>(i)].text;
+}
+
+bool CUTextFile::IsToken(int i, std::string_view text) const {
+  const int type = GetTokenType(i);
+  if (type != CUTokeniser::kWord && type != CUTokeniser::kQuoted) return false;
+  return text.empty() || CompareNoCase(GetToken(i), text) == 0;
+}
+
+bool CUTextFile::IsWord(int i, std::string_view text) const {
+  return GetTokenType(i) == CUTokeniser::kWord && !GetToken(i).empty() && IsToken(i, text);
+}
+
+}  // namespace tallyscope

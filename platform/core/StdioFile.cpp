@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "platform/core/StdioFile.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <sys/stat.h>
+
+namespace tallyscope {
+
+namespace {
+
+bool IsDirectory(std::FILE* file) {
+  struct stat status {};
+  return ::fstat(::fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+bool CStdioFile::Fail(int number) {
+  failure_ = CFileException::FromErrno(number, path_);
+  return false;
+}
+
+bool CStdioFile::OpenFile(const CString& path, OpenMode mode) {
+  reader_.reset();
+  writer_.reset();
+  path_ = path;
+  failure_ = {};
+  const CString native = NativePath(path);
+  if (native.find('\0') != CString::npos) return Fail(EINVAL);
+  if (mode == modeWrite) {
+    writer_ = std::make_unique<CAtomicFile>(native);
+    if (writer_->IsGood()) return true;
+    const int number = writer_->GetErrorNumber();
+    writer_.reset();
+    return Fail(number);
+  }
+  reader_.reset(std::fopen(native.c_str(), mode == modeRead ? "rbe" : "r+be"));
+  if (reader_ == nullptr) return Fail(errno);
+  if (!IsDirectory(reader_.get())) return true;
+  reader_.reset();
+  return Fail(EISDIR);
+}
+
+bool CStdioFile::CloseFile() {
+  if (writer_ != nullptr) {
+    const auto writer = std::move(writer_);
+    return failure_.cause == CFileException::none && (writer->Commit() || Fail(writer->GetErrorNumber()));
+  }
+  std::FILE* const file = reader_.release();
+  return file == nullptr || std::fclose(file) == 0 || Fail(errno);
+}
+
+bool CStdioFile::ReadString(CString& line) {
+  line.clear();
+  if (reader_ == nullptr) return false;
+  char* found = nullptr;
+  std::size_t room = 0;
+  errno = 0;
+  const auto length = ::getline(&found, &room, reader_.get());
+  const int number = errno;
+  if (length > 0) line.assign(found, static_cast<std::size_t>(length));
+  std::free(found);  // NOLINT: getline takes it from malloc
+  if (length <= 0) return std::ferror(reader_.get()) != 0 ? Fail(number) : false;
+  if (line.back() != '\n') return true;
+  line.pop_back();
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return true;
+}
+
+bool CStdioFile::WriteString(std::string_view text) {
+  if (writer_ != nullptr) return writer_->Write(text) || Fail(writer_->GetErrorNumber());
+  if (reader_ == nullptr) return Fail(EBADF);
+  return std::fwrite(text.data(), 1, text.size(), reader_.get()) == text.size() || Fail(errno);
+}
+
+}  // namespace tallyscope
