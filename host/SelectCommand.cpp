@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "platform/core/AtomicFile.h"
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/CsvWriter.h"
@@ -12,6 +11,7 @@
 #include "host/Sentences.h"
 #include "host/Summary.h"
 #include "host/TerminalProgress.h"
+#include "platform/core/AtomicFile.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Region.h"
 
