@@ -46,5 +46,7 @@ std::unique_ptr<CCommand> MakeSummaryCommand();
 std::unique_ptr<CCommand> MakeBivariateCommand();
 std::unique_ptr<CCommand> MakeVariogramCommand();
 std::unique_ptr<CCommand> MakeModelCommand();
+std::unique_ptr<CCommand> MakeConditionCommand();
+std::unique_ptr<CCommand> MakeOperatorsCommand();
 
 }  // namespace tallyscope

@@ -21,6 +21,8 @@ constexpr CommandRow kCommands[] = {
     {"variogram", "print how a field's values differ with distance", MakeVariogramCommand},
     {"model", "print what a model variogram says", MakeModelCommand},
     {"select", "select stations, to write or to summarise them", MakeSelectCommand},
+    {"condition", "clean and filter a field, and tell what that did", MakeConditionCommand},
+    {"operators", "list the operators that can be applied to a field", MakeOperatorsCommand},
 };
 
 const CommandRow* FindCommand(const CString& name) {
