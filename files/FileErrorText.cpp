@@ -21,13 +21,12 @@ constexpr const char* kSentences[] = {
     nullptr,
     "A software error occurred: invalid file handle.\nPlease report this defect to the software vendor.",
     "An attempt was made to remove the current directory.",
-    "The file could not be created because the directory\nfor the file is full.  Delete some files from the\nroot "
-    "directory or use a sub-directory.",
+    "The file could not be created because the directory\nfor the file is full.  Delete some files from the\n"
+    "root directory or use a sub-directory.",
     "A software error occurred: seek to bad file position.",
     nullptr,
-    "SHARE.EXE is not loaded or the file is in use.\nCheck that SHARE.EXE is installed, then try\nclosing other "
-    "programs "
-    "or rebooting the system",
+    "SHARE.EXE is not loaded or the file is in use.\nCheck that SHARE.EXE is installed, then try\n"
+    "closing other programs or rebooting the system",
     "The file (or part thereof) is in use.\nTry closing other programs or rebooting the system",
     "The file could not be written as the disk is full.\nPlease delete some files to make room on the disk.",
     "An attempt was made to access an area past the end of the file."};
@@ -69,9 +68,9 @@ enum class Drive { kFixed, kRemovable, kRemote };
 Drive DriveOf([[maybe_unused]] const CString& path) {
 #ifdef __linux__
   struct statfs status {};
-  const CString folder = path.substr(0, path.rfind('/') + 1);
-  if (::statfs(folder.empty() ? "." : folder.c_str(), &status) != 0 && ::statfs(".", &status) != 0)
-    return Drive::kFixed;
+  const CString native = NativePath(path);
+  const CString folder = native.substr(0, native.rfind('/') + 1);
+  if (::statfs(folder.c_str(), &status) != 0 && ::statfs(".", &status) != 0) return Drive::kFixed;
   switch (static_cast<unsigned>(status.f_type)) {
     case 0x6969:      // NFS
     case 0x517b:      // SMB

@@ -46,7 +46,7 @@ void CUFilename::SetPath(std::string_view path, bool isFolder) {
   extension_ = Part(rest.substr(dot));
   driveAndFolder_ = drive_ + folder_;
   nameAndExtension_ = name_ + extension_;
-  fullPath_ = driveAndFolder_ + nameAndExtension_;
+  fullPath_ = whole;
 }
 
 void CUFilename::Serialize(CArchive& archive) {

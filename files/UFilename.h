@@ -11,7 +11,7 @@ namespace tallyscope {
 // A path in its parts. "/" and "\" both separate folders. A drive is a letter and a colon, as in tables that came from
 // elsewhere; a path of this system has none.
 //   CUFilename file("/data/run.txt");   // folder "/data/", name "run", extension ".txt"
-// A part holds 255 bytes at most (the drive 2); what is longer is cut.
+// A part holds 255 bytes at most (the drive 2) and is cut beyond; the full path is whole.
 class CUFilename {
  public:
   CUFilename() = default;

@@ -9,6 +9,11 @@ namespace tallyscope {
 
 namespace {
 
+// With its separator.
+CString FolderOf(const CString& path) {
+  return path.substr(0, path.find_last_of("/\\") + 1);
+}
+
 void RemoveEach(CString& text, const CString& part) {
   for (auto at = text.find(part); at != CString::npos; at = text.find(part, at)) text.erase(at, part.size());
 }
@@ -70,7 +75,7 @@ bool CUFindLostFile::Find(const CString& path, const CString& folder, unsigned f
                                       folder.empty() ? GetCurrentFolder() : folder, flags, filter, filterIndex);
   const bool located = chosen && Locate(*chosen);
   if (located) {
-    const CString& home = foundPath_.GetDriveAndFolder();
+    const CString home = FolderOf(foundPath_.GetFullPath());
     if (std::find(folders_.begin(), folders_.end(), home) == folders_.end()) AddFolder(home);
   }
   asker_->ShowStatus("For Help, press F1");

@@ -11,10 +11,11 @@ namespace tallyscope {
 
 namespace {
 
-// A path that starts at a root, a drive or a network share keeps its form; any other starts at the current folder.
+// A path that starts at this system's root, a drive or a network share keeps its form; any other starts at the
+// current folder.
 CUFilename Anchored(const CString& path) {
   CUFilename name(path);
-  if (!name.GetDrive().empty() || path.empty() || path[0] == '/' || path.starts_with("\\\\")) return name;
+  if (!name.GetDrive().empty() || path.starts_with('/') || path.starts_with("\\\\")) return name;
   std::error_code error;
   const CString folder = std::filesystem::current_path(error).string();
   return error ? name : CUFilename(WithSeparator(folder) + path);
@@ -26,9 +27,8 @@ bool CUTextFile::Open(const CString& path, int read, int write, int /*binary*/) 
   fileName_ = Anchored(path);
   mode_ = write == 0 ? modeRead : read != 0 ? modeReadWrite : modeWrite;
   status_ = {};
-  // The parts of a file name have their limits; the file system has its own, so it gets the path as it was given.
-  const bool good = OpenFile(path, mode_);
-  if (good) GetFileStatus(path, status_);
+  const bool good = OpenFile(fileName_.GetFullPath(), mode_);
+  if (good) GetFileStatus(fileName_.GetFullPath(), status_);
   return Finish(good);
 }
 

@@ -16,10 +16,11 @@ namespace tallyscope {
 //   while (file.ReadLine()) { ... file.IsToken(0, "Nest") ... file.GetToken(1) ... }
 class CUTextFile : public CStdioFile {
  public:
-  // Reads with (path, 1, 0, 0), creates or replaces with (path, 0, 1, 0), changes in place with both. `binary` has no
-  // effect on this system. A file still open here is closed first.
+  // Reads with (path, 1, 0, 0) or without a flag, creates or replaces with (path, 0, 1, 0), changes in place with both.
+  // `binary` has no effect on this system. A file still open here is closed first.
   bool Open(const CString& path, int read, int write, int binary);
-  // Ends the writing, which is when the file takes its name. False when that failed.
+  // Ends the writing, which is when the file takes its name; so does the end of the object, but it can't tell a
+  // failure. False when anything went wrong since Open.
   bool Close();
   bool WriteString(std::string_view text);  // false once anything went wrong
 

@@ -2,9 +2,16 @@
 #include "files/UTokeniser.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace tallyscope {
+
+namespace {
+
+constexpr std::size_t kMostOfLine = std::numeric_limits<int>::max();
+
+}  // namespace
 
 CUTokeniser::CUTokeniser() {
   RebuildSets();
@@ -37,6 +44,7 @@ void CUTokeniser::RebuildSets() {
 
 void CUTokeniser::SetLine(CString line) {
   line_ = std::move(line);
+  if (line_.size() > kMostOfLine) line_.resize(kMostOfLine);  // a token's place is an int
   tokens_.clear();
   position_ = 0;
   for (bool first = true; position_ < line_.size(); first = false) {

@@ -154,8 +154,10 @@ XMLAttribute* XMLElement::FindAttribute(std::string_view name, bool create) {
     if (attribute->GetName() == name) return attribute.get();
   }
   if (!create) return nullptr;
-  AddAttribute(new XMLAttribute(CString(name).c_str(), "", false));
-  return attributes_.back().get();
+  auto* const attribute = new XMLAttribute("", "", false);
+  attribute->SetName(name, false);
+  AddAttribute(attribute);
+  return attribute;
 }
 
 XMLElement* XMLElement::GetElement(int index) const {
@@ -191,18 +193,23 @@ CString XMLElement::GetTemporaryName(int child) const {
   return name;
 }
 
+// From the last leaf up, without recursion, so that no depth of a tree is too much. An element goes while it still
+// knows its place, which its children's temporary files are named by.
 void XMLElement::RemoveAllElements() {
-  while (!children_.empty()) {
-    XMLElement* const child = children_.back().get();
-    if (child == nullptr) {
-      std::remove(GetTemporaryName(GetElementCount() - 1).c_str());
-    } else if (ReleaseReference(child)) {
+  for (XMLElement* at = this; at != this || !at->children_.empty();) {
+    if (at->children_.empty()) {
+      at = at->parent_;
+      at->children_.pop_back();
+    } else if (XMLElement* const child = at->children_.back().get(); child == nullptr) {
+      std::remove(at->GetTemporaryName(at->GetElementCount() - 1).c_str());
+      at->children_.pop_back();
+    } else if (at->ReleaseReference(child)) {
       child->parent_ = nullptr;
-      static_cast<void>(children_.back().release());
+      static_cast<void>(at->children_.back().release());
+      at->children_.pop_back();
     } else {
-      child->RemoveAllElements();  // while it still knows its place, which its temporary files are named by
+      at = child;
     }
-    children_.pop_back();
   }
 }
 

@@ -10,6 +10,7 @@
 #include "host/Sentences.h"
 #include "host/Summary.h"
 #include "host/TerminalProgress.h"
+#include "platform/core/AtomicFile.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Region.h"
 

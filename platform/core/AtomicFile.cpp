@@ -45,6 +45,10 @@ void FlushFolder(const CString& folder) {
 }  // namespace
 
 CAtomicFile::CAtomicFile(CString target) : target_(std::move(target)), place_(FollowLinks(target_)) {
+  if (target_.empty()) {
+    Fail(ENOENT);
+    return;
+  }
   struct stat status {};
   const bool exists = ::stat(place_.c_str(), &status) == 0;
   if (exists && S_ISDIR(status.st_mode)) {

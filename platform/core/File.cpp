@@ -44,6 +44,8 @@ CFileException::Cause CauseOf(int number, const CString& path) {
     case EIO:
     case ENXIO:
     case ENODEV:
+    case ESTALE:  // a server has forgotten the file
+    case ETIMEDOUT:
       return CFileException::hardIO;
     case EBUSY:
     case ETXTBSY:

@@ -2,7 +2,9 @@
 #include "platform/core/StdioFile.h"
 
 #include <cerrno>
-#include <cstring>
+#include <cstdlib>
+#include <exception>
+#include <utility>
 
 #include <sys/stat.h>
 
@@ -17,16 +19,21 @@ bool IsDirectory(std::FILE* file) {
 
 }  // namespace
 
+CStdioFile::~CStdioFile() {
+  if (std::uncaught_exceptions() == exceptions_) CloseFile();
+}
+
 bool CStdioFile::Fail(int number) {
   failure_ = CFileException::FromErrno(number, path_);
   return false;
 }
 
 bool CStdioFile::OpenFile(const CString& path, OpenMode mode) {
-  reader_.reset();
-  writer_.reset();
+  CloseFile();
   path_ = path;
   failure_ = {};
+  writing_ = false;
+  exceptions_ = std::uncaught_exceptions();
   const CString native = NativePath(path);
   if (native.find('\0') != CString::npos) return Fail(EINVAL);
   if (mode == modeWrite) {
@@ -44,25 +51,31 @@ bool CStdioFile::OpenFile(const CString& path, OpenMode mode) {
 }
 
 bool CStdioFile::CloseFile() {
-  if (writer_ != nullptr) {
-    const auto writer = std::move(writer_);
-    return failure_.cause == CFileException::none && (writer->Commit() || Fail(writer->GetErrorNumber()));
-  }
-  std::FILE* const file = reader_.release();
-  return file == nullptr || std::fclose(file) == 0 || Fail(errno);
+  const auto writer = std::move(writer_);
+  std::FILE* const reader = reader_.release();
+  const bool closed = reader == nullptr || std::fclose(reader) == 0;
+  const int number = errno;
+  if (failure_.cause != CFileException::none) return false;
+  if (!closed) return Fail(number);
+  return writer == nullptr || writer->Commit() || Fail(writer->GetErrorNumber());
+}
+
+// A stream has to be positioned between writing and reading.
+bool CStdioFile::Turn(bool writing) {
+  if (std::exchange(writing_, writing) == writing) return true;
+  return std::fseek(reader_.get(), 0, SEEK_CUR) == 0 || Fail(errno);
 }
 
 bool CStdioFile::ReadString(CString& line) {
   line.clear();
-  if (reader_ == nullptr) return false;
+  if (reader_ == nullptr || !Turn(false)) return false;
   char* found = nullptr;
   std::size_t room = 0;
-  errno = 0;
   const auto length = ::getline(&found, &room, reader_.get());
   const int number = errno;
   if (length > 0) line.assign(found, static_cast<std::size_t>(length));
   std::free(found);  // NOLINT: getline takes it from malloc
-  if (length <= 0) return std::ferror(reader_.get()) != 0 ? Fail(number) : false;
+  if (length <= 0) return std::feof(reader_.get()) == 0 && Fail(number);
   if (line.back() != '\n') return true;
   line.pop_back();
   if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -72,6 +85,7 @@ bool CStdioFile::ReadString(CString& line) {
 bool CStdioFile::WriteString(std::string_view text) {
   if (writer_ != nullptr) return writer_->Write(text) || Fail(writer_->GetErrorNumber());
   if (reader_ == nullptr) return Fail(EBADF);
+  if (!Turn(true)) return false;
   return std::fwrite(text.data(), 1, text.size(), reader_.get()) == text.size() || Fail(errno);
 }
 

@@ -11,10 +11,11 @@
 
 namespace tallyscope {
 
-// A file of lines. What is opened for writing alone is written whole or not at all: the target changes in Close, and
-// stays as it was after any failure, or when the object goes without a Close.
+// A file of lines. What is opened for writing alone is written whole or not at all: the target changes in CloseFile,
+// and stays as it was after any failure. The end of the object closes too, unless an exception takes it away, but has
+// nobody to tell of a failure.
 //   CStdioFile file;
-//   if (file.Open(path, CStdioFile::modeWrite) && file.WriteString("! a\n") && file.Close()) ...
+//   if (file.OpenFile(path, CStdioFile::modeWrite) && file.WriteString("! a\n") && file.CloseFile()) ...
 class CStdioFile {
  public:
   enum OpenMode { modeRead, modeWrite, modeReadWrite };
@@ -22,12 +23,13 @@ class CStdioFile {
   CStdioFile() = default;
   CStdioFile(const CStdioFile&) = delete;
   CStdioFile& operator=(const CStdioFile&) = delete;
-  virtual ~CStdioFile() = default;
+  virtual ~CStdioFile();
 
-  // Write creates the file or replaces it; read and write needs one that exists and changes it in place.
+  // Write creates the file or replaces it; read and write needs one that exists and changes it in place. A file still
+  // open here is closed first.
   bool OpenFile(const CString& path, OpenMode mode);
   bool IsOpen() const { return reader_ != nullptr || writer_ != nullptr; }
-  // False when what was written could not be kept; GetFailure tells why.
+  // False when anything went wrong since OpenFile; GetFailure tells what.
   bool CloseFile();
 
   // The next line without its end, which is "\n" or "\r\n" (the last line may lack it). False at the end of the file,
@@ -36,7 +38,7 @@ class CStdioFile {
   // False once anything went wrong.
   bool WriteString(std::string_view text);
 
-  // The last failure; cause none after success.
+  // The last failure since OpenFile; cause none if there was none.
   const CFileException& GetFailure() const { return failure_; }
 
  private:
@@ -45,10 +47,13 @@ class CStdioFile {
   };
 
   bool Fail(int number);
+  bool Turn(bool writing);
 
   CString path_;
   std::unique_ptr<std::FILE, Closer> reader_;  // also of read and write
   std::unique_ptr<CAtomicFile> writer_;
+  bool writing_ = false;  // the reader's last operation
+  int exceptions_ = 0;    // in flight at OpenFile
   CFileException failure_;
 };
 

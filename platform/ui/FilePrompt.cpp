@@ -2,7 +2,6 @@
 #include "platform/ui/FilePrompt.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/core/Messages.h"
 #include "platform/ui/Modal.h"
@@ -19,10 +18,23 @@ CString TakePart(std::string_view& filter) {
   return part;
 }
 
-// The user sees the patterns as Qt appends them, so a description doesn't name them twice.
-CString WithoutBrackets(const CString& description) {
-  const auto bracket = description.find(" (");
-  return bracket == CString::npos ? description : description.substr(0, bracket);
+// The patterns come behind the description, which shouldn't name them twice.
+CString WithoutPatterns(const CString& description) {
+  const auto bracket = description.rfind(" (");
+  const bool patterns =
+      description.ends_with(')') && description.find('*', std::min(bracket, description.size())) != CString::npos;
+  return patterns ? description.substr(0, bracket) : description;
+}
+
+CString WithExtension(const CString& path, const CString& extension) {
+  if (extension.empty() || !CUFilename(path).GetExtension().empty()) return path;
+  return path + (extension.starts_with('.') ? "" : ".") + extension;
+}
+
+bool MayReplace(const CString& path, QWidget* parent) {
+  CFileStatus status;
+  return !GetFileStatus(path, status) ||
+         GetModal().Confirm(parent, path + " already exists.\nDo you want to replace it?");
 }
 
 }  // namespace
@@ -33,9 +45,9 @@ CString ToModalFilter(const CString& filter) {
     const CString description = TakePart(rest);
     CString patterns = TakePart(rest);
     std::replace(patterns.begin(), patterns.end(), ';', ' ');
-    if (patterns == "*.*") patterns = "*";  // files without an ending too
+    if (patterns == "*.*" || patterns.empty()) patterns = "*";  // files without an ending too
     if (!converted.empty()) converted += ";;";
-    converted += WithoutBrackets(description) + " (" + patterns + ")";
+    converted += WithoutPatterns(description) + " (" + patterns + ")";
   }
   return converted;
 }
@@ -45,16 +57,19 @@ bool PromptSave(const CString& folder, const CString& fileName, const CString& e
                 QWidget* parent) {
   files.clear();
   const CString place = (folder.empty() ? CString() : WithSeparator(folder)) + fileName;
-  const auto chosen =
-      GetModal().AskSaveFile(parent, title.empty() ? "Save" : title, place, ToModalFilter(filter), &filterIndex);
-  if (!chosen) {
-    filterIndex = -1;
-    return false;
+  for (;;) {
+    const auto chosen =
+        GetModal().AskSaveFile(parent, title.empty() ? "Save" : title, place, ToModalFilter(filter), &filterIndex);
+    if (!chosen) {
+      filterIndex = -1;
+      return false;
+    }
+    const CString path = WithExtension(*chosen, extension);
+    // The prompt has asked about the name as it was typed.
+    if (path != *chosen && !MayReplace(path, parent)) continue;
+    files.emplace_back(path);
+    return true;
   }
-  CUFilename file(*chosen);
-  if (file.GetExtension().empty() && !extension.empty()) file.SetPath(*chosen + "." + extension);
-  files.push_back(std::move(file));
-  return true;
 }
 
 std::optional<CString> PromptOpen(const CString& folder, const CString& title, const CString& filter, int& filterIndex,

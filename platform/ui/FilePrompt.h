@@ -13,7 +13,7 @@ namespace tallyscope {
 // What Qt's file dialogs call a filter: "A (*.a)|*.a;*.b||" becomes "A (*.a *.b)".
 CString ToModalFilter(const CString& filter);
 
-// Asks where to save. `folder`, `fileName`, `extension` (without a dot) and `title` take effect when not empty; a name
+// Asks where to save. `folder`, `fileName`, `extension` and `title` take effect when not empty; a name
 // without an ending gets `extension`. Overwriting is asked for; the current folder stays. `filterIndex` counts from 1,
 // in and out. Fills `files` with the one path and gives true, or empties it, sets `filterIndex` to -1 and gives false
 // when the user cancels. `flags` have no effect on this system.

@@ -4,9 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
-#include <unistd.h>
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 
@@ -34,16 +33,14 @@ class Asker : public CLostFileAsker {
 class FindLostFile : public testing::Test {
  protected:
   void SetUp() override {
-    root_ = fs::temp_directory_path() / ("tallyscope_lost_" + std::to_string(::getpid()));
-    for (const char* folder : {"a", "b/2020", "moved"}) fs::create_directories(root_ / folder);
+    for (const char* folder : {"a", "b/2020", "moved"}) fs::create_directories(scratch_.Path(folder));
     for (const char* file : {"a/one.csv", "b/2020/two.csv", "moved/three.csv", "moved/four.csv"}) {
-      std::ofstream(root_ / file) << "x";
+      scratch_.Write(file, "x");
     }
   }
-  void TearDown() override { fs::remove_all(root_); }
-  CString Path(const CString& name) const { return (root_ / name).string(); }
+  CString Path(const CString& name) const { return scratch_.Path(name); }
 
-  fs::path root_;
+  const CScratch scratch_;
   CUFindLostFile lost_;
   int filter_ = 1;
 };

@@ -6,14 +6,12 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <stdexcept>
 
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include "files/FileErrorText.h"
-#include "files/FolderMemory.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 
@@ -23,25 +21,31 @@ namespace fs = std::filesystem;
 
 class TextFile : public testing::Test {
  protected:
-  void SetUp() override {
-    const auto stem = fs::temp_directory_path() / ("tallyscope_text_file_" + std::to_string(::getpid()));
-    folder_ = stem;
-    fs::create_directories(folder_);
-  }
-  void TearDown() override { fs::remove_all(folder_); }
+  CString Path(const CString& name) const { return scratch_.Path(name); }
+  void Put(const CString& name, const CString& text) const { scratch_.Write(name, text); }
+  CString Get(const CString& name) const { return ReadAll(Path(name)); }
+  std::size_t CountFiles() const { return scratch_.List().size(); }
+  // As sentences show it.
+  CString FullPath(const CString& name) const { return (fs::current_path() / Path(name)).string(); }
 
-  CString Path(const CString& name) const { return (folder_ / name).string(); }
-  void Put(const CString& name, const CString& text) const { std::ofstream(Path(name), std::ios::binary) << text; }
-  CString Get(const CString& name) const {
-    std::ostringstream text;
-    text << std::ifstream(Path(name), std::ios::binary).rdbuf();
-    return text.str();
-  }
-  std::size_t CountFiles() const {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
-  }
+  const CScratch scratch_;
+};
 
-  fs::path folder_;
+// Lowers a limit of the process, as long as it lives.
+class CLimit {
+ public:
+  CLimit(decltype(RLIMIT_FSIZE) resource, rlim_t value) : resource_(resource) {
+    ::getrlimit(resource, &before_);
+    const rlimit lower{value, before_.rlim_max};
+    ::setrlimit(resource, &lower);
+  }
+  CLimit(const CLimit&) = delete;
+  CLimit& operator=(const CLimit&) = delete;
+  ~CLimit() { ::setrlimit(resource_, &before_); }
+
+ private:
+  decltype(RLIMIT_FSIZE) resource_;
+  rlimit before_{};
 };
 
 TEST_F(TextFile, ReadsLinesOfEveryEndingIntoTokens) {
@@ -72,42 +76,71 @@ TEST_F(TextFile, ReadsLinesOfEveryEndingIntoTokens) {
 
 TEST_F(TextFile, IsWrittenWholeOrNotAtAll) {
   Put("a.txt", "old");
-  {
-    CUTextFile file;
-    ASSERT_TRUE(file.Open(Path("a.txt"), 0, 1, 0));
-    EXPECT_TRUE(file.WriteString("new\n"));
-    EXPECT_EQ(Get("a.txt"), "old");
-  }
-  EXPECT_EQ(Get("a.txt"), "old") << "never closed";
   CUTextFile file;
   ASSERT_TRUE(file.Open(Path("a.txt"), 0, 1, 0));
   EXPECT_TRUE(file.WriteString("new\n"));
+  EXPECT_EQ(Get("a.txt"), "old") << "until it is closed";
   EXPECT_TRUE(file.Close());
   EXPECT_EQ(Get("a.txt"), "new\n");
-  EXPECT_EQ(CountFiles(), 1u);
+  {
+    CUTextFile second;
+    ASSERT_TRUE(second.Open(Path("a.txt"), 0, 1, 0));
+    EXPECT_TRUE(second.WriteString("third"));
+    ASSERT_TRUE(second.Open(Path("b.txt"), 0, 1, 0));
+    EXPECT_EQ(Get("a.txt"), "third") << "opening another closes the first";
+  }
+  EXPECT_TRUE(fs::exists(Path("b.txt"))) << "the end of the object closes";
+  try {
+    CUTextFile cut;
+    ASSERT_TRUE(cut.Open(Path("a.txt"), 0, 1, 0));
+    EXPECT_TRUE(cut.WriteString("half"));
+    throw std::runtime_error("cut short");
+  } catch (const std::runtime_error&) {
+  }
+  EXPECT_EQ(Get("a.txt"), "third");
+  EXPECT_EQ(CountFiles(), 2u) << "no temporary file is left";
 }
 
 // A limit on a file's size stands for the full disk: the platform's answers differ in their number alone.
 TEST_F(TextFile, AFullDiskLeavesTheOldFileAndSaysSo) {
   Put("a.txt", "old");
+  const CString sentence = "An error occurred writing to the file \"" + FullPath("a.txt") +
+                           "\".\nThe file could not be written as the disk is full.\nPlease delete some files to make "
+                           "room on the disk.";
   const auto before = std::signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  ::getrlimit(RLIMIT_FSIZE, &limit);
-  const rlimit small{1000, limit.rlim_max};
-  ::setrlimit(RLIMIT_FSIZE, &small);
-  CUTextFile file;
-  bool written = file.Open(Path("a.txt"), 0, 1, 0) && file.WriteString(CString(5000, 'x'));
-  written = file.Close() && written;
-  ::setrlimit(RLIMIT_FSIZE, &limit);
+  for (const std::size_t size : {std::size_t{5000}, std::size_t{3} << 20}) {  // told by Close, and by WriteString
+    CUTextFile file;
+    bool written = false;
+    {
+      const CLimit full(RLIMIT_FSIZE, 1000);
+      written = file.Open(Path("a.txt"), 0, 1, 0) && file.WriteString(CString(size, 'x'));
+      EXPECT_EQ(written, size == 5000);
+      written = file.Close() && written;
+    }
+    EXPECT_FALSE(written);
+    EXPECT_TRUE(file.IsFailed());
+    EXPECT_EQ(file.GetErrorText(), sentence);
+    EXPECT_FALSE(file.Close()) << "once more";
+    EXPECT_EQ(file.GetErrorText(), sentence);
+    EXPECT_EQ(Get("a.txt"), "old");
+    EXPECT_EQ(CountFiles(), 1u) << "no temporary file is left";
+  }
   std::signal(SIGXFSZ, before);
-  EXPECT_FALSE(written);
-  EXPECT_TRUE(file.IsFailed());
-  EXPECT_EQ(file.GetErrorText(),
-            "An error occurred writing to the file \"" + Path("a.txt") +
-                "\".\nThe file could not be written as the disk is full.\nPlease delete some files to make room on the "
-                "disk.");
-  EXPECT_EQ(Get("a.txt"), "old");
-  EXPECT_EQ(CountFiles(), 1u) << "no temporary file is left";
+}
+
+TEST_F(TextFile, ChangesInPlace) {
+  Put("a.txt", "one\ntwo\nsix\n");
+  CUTextFile file;
+  ASSERT_TRUE(file.Open(Path("a.txt"), 1, 1, 0));
+  ASSERT_TRUE(file.ReadLine());
+  EXPECT_TRUE(file.WriteString("TWO\n"));
+  ASSERT_TRUE(file.ReadLine());
+  EXPECT_EQ(file.GetToken(0), "six");
+  EXPECT_TRUE(file.Close());
+  EXPECT_EQ(Get("a.txt"), "one\nTWO\nsix\n");
+  ASSERT_TRUE(file.Open(Path("a.txt"), 1, 0, 0));
+  EXPECT_FALSE(file.WriteString("x")) << "opened for reading";
+  EXPECT_NE(file.GetErrorText().find("invalid file handle"), CString::npos);
 }
 
 TEST_F(TextFile, SaysWhyAFileCannotBeOpened) {
@@ -115,22 +148,30 @@ TEST_F(TextFile, SaysWhyAFileCannotBeOpened) {
     CUTextFile file;
     EXPECT_FALSE(file.Open(path, read, write, 0)) << path;
     EXPECT_TRUE(file.IsFailed());
+    EXPECT_FALSE(file.ReadLine());
+    EXPECT_FALSE(file.Close());
     return file.GetErrorText();
   };
   const CString bad =
       "The file name contains invalid characters or the drive\nor one or more component directories do not exist.";
-  EXPECT_EQ(openError(Path("none.txt"), 1, 0),
-            "An error occurred reading from the file \"" + Path("none.txt") + "\".\nThe file does not exist.");
-  EXPECT_EQ(openError(Path("no/such.txt"), 0, 1),
-            "An error occurred writing to the file \"" + Path("no/such.txt") + "\".\n" + bad);
+  const CString directory = "This is a directory - you cannot use it as a file.";
+  const CString reading = "An error occurred reading from the file \"";
+  const CString writing = "An error occurred writing to the file \"";
+  EXPECT_EQ(openError(Path("none.txt"), 1, 0), reading + FullPath("none.txt") + "\".\nThe file does not exist.");
+  EXPECT_EQ(openError(Path("no/such.txt"), 0, 1), writing + FullPath("no/such.txt") + "\".\n" + bad);
   EXPECT_EQ(openError(Path("no/such.txt"), 1, 1),
-            "An error occurred using the file \"" + Path("no/such.txt") + "\".\n" + bad);
-  EXPECT_EQ(openError(folder_.string(), 1, 0), "An error occurred reading from the file \"" + folder_.string() +
-                                                   "\".\nThis is a directory - you cannot use it as a file.");
-  EXPECT_EQ(openError(folder_.string(), 0, 1), "An error occurred writing to the file \"" + folder_.string() +
-                                                   "\".\nThis is a directory - you cannot use it as a file.");
+            "An error occurred using the file \"" + FullPath("no/such.txt") + "\".\n" + bad);
+  const CString folder = (fs::current_path() / scratch_.folder).string();
+  EXPECT_EQ(openError(folder, 1, 0), reading + folder + "\".\n" + directory);
+  EXPECT_EQ(openError(folder, 0, 1), writing + folder + "\".\n" + directory);
+  EXPECT_NE(openError("", 0, 1).find(directory), CString::npos) << "the current folder";
   EXPECT_NE(openError(Path(CString(300, 'n')), 1, 0).find("invalid characters"), CString::npos);
   EXPECT_NE(openError(CString("a\0b", 3), 1, 0).find("invalid characters"), CString::npos);
+  Put("a.txt", "x\n");
+  const CLimit files(RLIMIT_NOFILE, 0);
+  EXPECT_EQ(openError(Path("a.txt"), 1, 0), reading + FullPath("a.txt") +
+                                                "\".\nThere are too many open files in this system.\nTry closing some "
+                                                "programs or rebooting the system.");
 }
 
 TEST_F(TextFile, AFailureIsForgottenByTheNextSuccess) {
@@ -143,15 +184,27 @@ TEST_F(TextFile, AFailureIsForgottenByTheNextSuccess) {
 }
 
 TEST_F(TextFile, BothSeparatorsWorkAndARelativePathStartsAtTheCurrentFolder) {
-  fs::create_directory(folder_ / "sub");
+  fs::create_directory(Path("sub"));
   Put("sub/a.txt", "x\n");
   CUTextFile file;
-  EXPECT_TRUE(file.Open(folder_.string() + "\\sub\\a.txt", 1, 0, 0)) << file.GetErrorText();
-  const auto current = fs::current_path();
-  fs::current_path(folder_);
-  EXPECT_TRUE(file.Open("sub/a.txt", 1, 0, 0));
-  fs::current_path(current);
-  EXPECT_EQ(fs::path(file.GetFileName().GetFullPath()), fs::canonical(folder_) / "sub/a.txt");
+  EXPECT_TRUE(file.Open(scratch_.folder + "\\sub\\a.txt", 1, 0, 0)) << file.GetErrorText();
+  EXPECT_TRUE(file.Open(Path("sub/a.txt"), 1, 0, 0));
+  EXPECT_EQ(file.GetFileName().GetFullPath(), FullPath("sub/a.txt"));
+  EXPECT_FALSE(file.Open("\\\\server\\share\\a.txt", 1, 0, 0));
+  EXPECT_EQ(file.GetFileName().GetFullPath(), "\\\\server\\share\\a.txt") << "a share is no relative path";
+  EXPECT_FALSE(file.Open("C:\\a.txt", 1, 0, 0));
+  EXPECT_EQ(file.GetFileName().GetFullPath(), "C:\\a.txt");
+}
+
+TEST_F(TextFile, AFolderOfManyCharactersIsWrittenTo) {
+  CString folder;
+  for (int i = 0; i < 6; ++i) folder += CString(90, 'f') + "/";
+  fs::create_directories(Path(folder));
+  CUTextFile file;
+  ASSERT_TRUE(file.Open(Path(folder + "a.txt"), 0, 1, 0)) << file.GetErrorText();
+  EXPECT_EQ(file.GetFileName().GetFolder().size(), 255u);
+  EXPECT_TRUE(file.WriteString("x") && file.Close());
+  EXPECT_EQ(Get(folder + "a.txt"), "x");
 }
 
 TEST(FileErrors, EveryCauseHasItsSentence) {
@@ -174,6 +227,11 @@ TEST(FileErrors, EveryCauseHasItsSentence) {
             "Check that you have permission to write\nto the directory and that the disk is\nnot write-protected or "
             "read-only media.");
   EXPECT_EQ(said(5, modeWrite, "/dev/null"), "The file is a special system file.");
+  const CScratch scratch;
+  const CString file = scratch.Write("a.txt", "x");
+  fs::permissions(file, fs::perms::owner_read);
+  EXPECT_EQ(said(5, modeReadWrite, file), "You cannot write to a read-only file.");
+  EXPECT_EQ(said(5, modeRead, file), "You cannot access this file.");
 }
 
 TEST(FileErrors, PlatformErrorsFindTheirCause) {
@@ -183,55 +241,6 @@ TEST(FileErrors, PlatformErrorsFindTheirCause) {
   } rows[] = {{ENOENT, 2}, {EMFILE, 4},  {ENFILE, 4}, {EACCES, 5},  {EROFS, 5},   {EISDIR, 5}, {EBADF, 6},
               {EIO, 10},   {ENOSPC, 13}, {EFBIG, 13}, {EDQUOT, 13}, {ENOTDIR, 3}, {EDOM, 1},   {0, 0}};
   for (const auto& row : rows) EXPECT_EQ(CFileException::FromErrno(row.number, "f").cause, row.cause) << row.number;
-}
-
-TEST(Filename, FallsIntoItsParts) {
-  const struct {
-    const char* path;
-    const char* parts;  // drive, folder, name, extension
-  } rows[] = {{"C:\\data\\run.txt", "C:;\\data\\;run;.txt"},
-              {"/data/run.a.txt", ";/data/;run.a;.txt"},
-              {"run", ";;run;"},
-              {".profile", ";;;.profile"},
-              {"\\\\server\\share\\f.x", ";\\\\server\\share\\;f;.x"},
-              {"a/b\\c.d/e", ";a/b\\c.d/;e;"},
-              {"7:x", ";;7:x;"},
-              {"", ";;;"}};
-  for (const auto& row : rows) {
-    const CUFilename name(row.path);
-    EXPECT_EQ(name.GetDrive() + ";" + name.GetFolder() + ";" + name.GetName() + ";" + name.GetExtension(), row.parts);
-    EXPECT_EQ(name.GetFullPath(), row.path);
-  }
-  CUFilename folder;
-  folder.SetPath("/data/x", true);
-  EXPECT_EQ(folder.GetFullPath(), "/data/x/");
-  folder.SetPath("C:\\x", true);
-  EXPECT_EQ(folder.GetFullPath(), "C:\\x\\");
-  folder.SetPath("", true);
-  EXPECT_EQ(folder.GetFullPath(), "");
-}
-
-TEST(Filename, ComesBackFromAnArchive) {
-  CUFilename stored("C:\\data\\run.txt");
-  CArchive out;
-  stored.Serialize(out);
-  CArchive in(out.GetBytes());
-  CUFilename loaded;
-  loaded.Serialize(in);
-  EXPECT_EQ(in.GetRemaining(), 0u);
-  EXPECT_EQ(loaded.GetDrive(), "C:");
-  EXPECT_EQ(loaded.GetDriveAndFolder(), "C:\\data\\");
-  EXPECT_EQ(loaded.GetNameAndExtension(), "run.txt");
-  EXPECT_EQ(loaded.GetFullPath(), "C:\\data\\run.txt");
-}
-
-TEST(FolderMemory, KeepsASeparatorAtTheEnd) {
-  CMemoryProfile profile;
-  EXPECT_EQ(GetDefaultFolder(profile, "PATH", "Model"), GetCurrentFolder());
-  SetDefaultFolder(profile, "PATH", "Model", "/data/x");
-  EXPECT_EQ(GetDefaultFolder(profile, "PATH", "Model"), "/data/x/");
-  EXPECT_EQ(CloseFilter(AddFilter("", "A (*.a)", "*.a"), true), "A (*.a)|*.a|All Files (*.*)|*.*||");
-  EXPECT_EQ(CloseFilter("A|*.a|", false), "A|*.a||");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "files/XMLText.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 
@@ -105,11 +106,21 @@ TEST(XMLElement, KeepsATreeInOrder) {
   EXPECT_EQ(root.GetAttributeCount(), 1);
 }
 
+TEST(XMLElement, NoDepthIsTooMuch) {
+  XMLElement root(nullptr, "root", 0);
+  XMLElement* deepest = &root;
+  for (int i = 0; i < 200000; ++i) {
+    auto* child = new XMLElement(deepest, "a", 0);
+    deepest->AddElement(child);
+    deepest = child;
+  }
+  EXPECT_EQ(deepest->GetDepth(), 200000);
+}
+
 TEST(XMLElement, RemovesFilesOfChildrenThatWereSwappedOutAndNoChildThatIsKept) {
-  const auto folder = std::filesystem::temp_directory_path() / "tallyscope_xml";
-  std::filesystem::create_directories(folder);
+  const CScratch scratch;
   const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(folder);
+  std::filesystem::current_path(scratch.folder);
   XMLElement* kept = nullptr;
   for (const char* name : {"0-1.xmltmp", "1.xmltmp", "9.xmltmp"}) std::ofstream(name) << "x";
   {
@@ -130,7 +141,6 @@ TEST(XMLElement, RemovesFilesOfChildrenThatWereSwappedOutAndNoChildThatIsKept) {
   EXPECT_EQ(kept->GetParent(), nullptr);
   delete kept;
   std::filesystem::current_path(before);
-  std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "platform/core/Messages.h"
+#include "tests/support/Scratch.h"
 #include "tests/support/ScriptedModal.h"
 
 namespace tallyscope {
@@ -16,7 +17,8 @@ TEST(FilePrompt, FiltersAreWordedAsTheDialogsNeedThem) {
   EXPECT_EQ(ToModalFilter("Models (*.mvf)|*.mvf|All files (*.*)|*.*||"), "Models (*.mvf);;All files (*)");
   EXPECT_EQ(ToModalFilter("Pictures|*.png;*.jpg||"), "Pictures (*.png *.jpg)");
   EXPECT_EQ(ToModalFilter(""), "");
-  EXPECT_EQ(ToModalFilter("Half"), "Half ()");
+  EXPECT_EQ(ToModalFilter("Models (old) (*.m)|*.m|Models (new)|*.n||"), "Models (old) (*.m);;Models (new) (*.n)");
+  EXPECT_EQ(ToModalFilter("Half"), "Half (*)");
 }
 
 TEST(FilePrompt, SavesUnderTheChosenName) {
@@ -33,6 +35,26 @@ TEST(FilePrompt, SavesUnderTheChosenName) {
   EXPECT_FALSE(PromptSave("", "", "mvf", "", "", filter, files, 0, nullptr));
   EXPECT_TRUE(files.empty());
   EXPECT_EQ(filter, -1);
+  SetModal(nullptr);
+}
+
+// The prompt itself asks only about the name that was typed.
+TEST(FilePrompt, AddingAnEndingReplacesNoFileUnasked) {
+  const CScratch scratch;
+  const CString old = scratch.Write("model.mvf", "old");
+  const CString typed = scratch.Path("model");
+  auto& modal = ScriptedModal::Install();
+  modal.files = {typed, typed, scratch.Path("other")};
+  modal.confirmations = {false, true};
+  std::vector<CUFilename> files;
+  int filter = 1;
+  EXPECT_TRUE(PromptSave("", "", ".mvf", "", "", filter, files, 0, nullptr));
+  ASSERT_EQ(files.size(), 1u);
+  EXPECT_EQ(files[0].GetFullPath(), old);
+  EXPECT_EQ(modal.asked, (std::vector<CString>{"Save", old + " already exists.\nDo you want to replace it?", "Save",
+                                               old + " already exists.\nDo you want to replace it?"}));
+  EXPECT_TRUE(PromptSave("", "", "mvf", "", "", filter, files, 0, nullptr));
+  EXPECT_EQ(files[0].GetNameAndExtension(), "other.mvf");
   SetModal(nullptr);
 }
 
