@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <algorithm>
 #include <charconv>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -65,6 +67,11 @@ CString FormatFixed(double value, int decimals) {
 
 double ParseLeadingNumber(const CString& text) {
   return strtod_l(text.c_str(), nullptr, PlainLocale());
+}
+
+int ParseLeadingInteger(const CString& text) {
+  using Limits = std::numeric_limits<int>;
+  return static_cast<int>(std::clamp<long long>(std::strtoll(text.c_str(), nullptr, 10), Limits::min(), Limits::max()));
 }
 
 CString ToLocale(std::string_view text) {

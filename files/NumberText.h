@@ -29,6 +29,9 @@ CString FormatFixed(double value, int decimals);
 // What atof gives in the "C" locale: the longest number that the text starts with, 0 if none.
 double ParseLeadingNumber(const CString& text);
 
+// What atoi gives: the whole number that the text starts with, 0 if none; limited to the range of an int.
+int ParseLeadingInteger(const CString& text);
+
 // Every "," becomes the user's thousands character, and the last "." the user's decimal character.
 CString ToLocale(std::string_view text);
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 
 #include "files/NumberText.h"
@@ -28,11 +27,6 @@ int CopyDecoded(const CString& escaped, char* buffer) {
   const CString text = DecodeXml(escaped);
   std::memcpy(buffer, text.c_str(), text.size() + 1);
   return static_cast<int>(text.size());
-}
-
-// As atoi, but a number beyond an int becomes the nearest one.
-int ParseLeadingInt(const CString& text) {
-  return static_cast<int>(std::clamp(std::strtol(text.c_str(), nullptr, 10), -2147483648L, 2147483647L));
 }
 
 }  // namespace
@@ -75,7 +69,7 @@ int XMLAttribute::GetValue(char* buffer) const {
 }
 
 int XMLAttribute::GetValueInt() const {
-  return ParseLeadingInt(GetValue());
+  return ParseLeadingInteger(GetValue());
 }
 
 double XMLAttribute::GetValueFloat() const {

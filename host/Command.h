@@ -18,6 +18,7 @@ enum ExitCode : int {
   kExitDone = 0,
   kExitBadInput = 1,     // one sentence on standard error
   kExitWrongCall = 2,    // the usage on standard error
+  kExitCancelled = 130,  // by Ctrl-C, as a shell has it
 };
 
 // One command of the program. It declares its options, and runs once they are filled in.
@@ -43,6 +44,9 @@ std::unique_ptr<CCommand> MakeOpenCommand();
 std::unique_ptr<CCommand> MakeSelectCommand();
 std::unique_ptr<CCommand> MakeSummaryCommand();
 std::unique_ptr<CCommand> MakeBivariateCommand();
+std::unique_ptr<CCommand> MakeVariogramCommand();
 std::unique_ptr<CCommand> MakeModelCommand();
+std::unique_ptr<CCommand> MakeConditionCommand();
+std::unique_ptr<CCommand> MakeOperatorsCommand();
 
 }  // namespace tallyscope

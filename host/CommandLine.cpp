@@ -18,8 +18,11 @@ constexpr CommandRow kCommands[] = {
     {"open", "open the workbench on a table", MakeOpenCommand},
     {"summary", "print the figures of a table", MakeSummaryCommand},
     {"bivariate", "print how two fields go together", MakeBivariateCommand},
+    {"variogram", "print how a field's values differ with distance", MakeVariogramCommand},
     {"model", "print what a model variogram says", MakeModelCommand},
     {"select", "select stations, to write or to summarise them", MakeSelectCommand},
+    {"condition", "clean and filter a field, and tell what that did", MakeConditionCommand},
+    {"operators", "list the operators that can be applied to a field", MakeOperatorsCommand},
 };
 
 const CommandRow* FindCommand(const CString& name) {

@@ -3,9 +3,11 @@
 
 #include <ostream>
 
+#include "host/CsvWriter.h"
 #include "host/OpenTable.h"
 #include "host/Sentences.h"
 #include "host/TerminalProgress.h"
+#include "platform/core/AtomicFile.h"
 
 namespace tallyscope {
 
@@ -23,6 +25,21 @@ int FindDimForCommand(const CHostTable& table, const CString& file, const CStrin
   if (dim != CHostTable::kNoDim) return dim;
   err << file << " has no field " << name << SuggestNames(name, table.GetColumnNames()) << "\n";
   return dim;
+}
+
+bool WriteForCommand(const CHostTable& table, const std::vector<int>& stations, const CString& target,
+                     std::ostream& out, std::ostream& err) {
+  if (target == "-") {
+    const bool written =
+        WriteCsv(table, stations, [&](std::string_view text) { return static_cast<bool>(out << text); });
+    if (written && out.flush()) return true;
+    err << "Standard output can't be written.\n";
+    return false;
+  }
+  CAtomicFile file(target);
+  if (WriteCsv(table, stations, [&](std::string_view text) { return file.Write(text); }) && file.Commit()) return true;
+  err << file.GetError() << "\n";
+  return false;
 }
 
 }  // namespace tallyscope

@@ -13,4 +13,8 @@ OpenedTable OpenForCommand(const CString& file, const ReaderOptions& options, st
 // The dim of a field or axis by name; CHostTable::kNoDim, and the sentence has been said, when the table has none.
 int FindDimForCommand(const CHostTable& table, const CString& file, const CString& name, std::ostream& err);
 
+// Stations of a table as comma-separated text, to a file or for "-" to `out`. False when the sentence has been said.
+bool WriteForCommand(const CHostTable& table, const std::vector<int>& stations, const CString& target,
+                     std::ostream& out, std::ostream& err);
+
 }  // namespace tallyscope

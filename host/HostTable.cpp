@@ -36,6 +36,12 @@ int CHostTable::FindDim(const CString& name) const {
   return kNoDim;
 }
 
+CHostColumn& CHostTable::ChangeColumn(int dim) {
+  ClearSort();
+  DestroyPointSearch();
+  return columns_[static_cast<std::size_t>(&GetColumn(dim) - columns_.data())];
+}
+
 double CHostTable::GetValue(int field, int station) {
   return GetColumn(field).GetValues()[static_cast<std::size_t>(station)];
 }

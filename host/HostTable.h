@@ -33,6 +33,9 @@ class CHostTable : public CStats_Data {
 
   static constexpr int kNoDim = -999;
 
+  // For changing values, labels and validity, but not the number of rows. Sort tables and search are forgotten.
+  CHostColumn& ChangeColumn(int dim);
+
   int GetSize() override { return stations_; }
   int GetSpatialSize() override { return axes_; }
   int GetValueSize() override { return GetColumnCount() - axes_; }

@@ -3,15 +3,14 @@
 
 #include <CLI/CLI.hpp>
 
-#include "platform/core/AtomicFile.h"
 #include "host/Command.h"
 #include "host/CommandTable.h"
-#include "host/CsvWriter.h"
 #include "host/ReaderFlags.h"
 #include "host/SelectionPlan.h"
 #include "host/Sentences.h"
 #include "host/Summary.h"
 #include "host/TerminalProgress.h"
+#include "platform/core/AtomicFile.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Region.h"
 
@@ -30,7 +29,6 @@ class CSelectCommand : public CCommand {
 
  private:
   void AddSteps(CLI::App& app);
-  bool Write(const CHostTable& table, const std::vector<int>& stations, std::ostream& out, std::ostream& err) const;
   void PrintSummary(CHostTable& table, CStats_Spatial& spatial, std::ostream& out) const;
 
   CString file_;
@@ -114,24 +112,9 @@ int CSelectCommand::Run(std::ostream& out, std::ostream& err) {
       return kExitBadInput;
     }
   }
-  if (!target_.empty() && !Write(table, spatial.lists.front(), out, err)) return kExitBadInput;
+  if (!target_.empty() && !WriteForCommand(table, spatial.lists.front(), target_, out, err)) return kExitBadInput;
   if (summary_) PrintSummary(table, spatial, out);
   return kExitDone;
-}
-
-bool CSelectCommand::Write(const CHostTable& table, const std::vector<int>& stations, std::ostream& out,
-                           std::ostream& err) const {
-  if (target_ == "-") {
-    const bool written =
-        WriteCsv(table, stations, [&](std::string_view text) { return static_cast<bool>(out << text); });
-    if (written && out.flush()) return true;
-    err << "Standard output can't be written.\n";
-    return false;
-  }
-  CAtomicFile file(target_);
-  if (WriteCsv(table, stations, [&](std::string_view text) { return file.Write(text); }) && file.Commit()) return true;
-  err << file.GetError() << "\n";
-  return false;
 }
 
 void CSelectCommand::PrintSummary(CHostTable& table, CStats_Spatial& spatial, std::ostream& out) const {

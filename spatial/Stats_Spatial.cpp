@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kExtraction = 1;
 constexpr int kLagPairs = 2;
+constexpr int kLagGrid = 4;
 constexpr int kSurfaceFit = 8;
 constexpr double kSingular = 1e-12;  // a determinant this small against its terms is zero
 
@@ -95,6 +96,8 @@ bool CStats_Spatial::CalculateItem(int item, int flags, CProgressSink* progress)
   // A region in other dims has left the search on these.
   if (searches) PrepareSearch(data, dims_, dimCount_, progress);
   if (isWanted(kLagPairs) && CalcLagPairs(data, dim, progress)) SetFlags(item, kLagPairs);
+  if (isWanted(kLagGrid) && (lagFlags & kUseSearch) != 0) PrepareSearch(data, dims_, dimCount_, progress);
+  if (isWanted(kLagGrid) && FillLagGrid(item, progress)) SetFlags(item, kLagGrid);
   if (isWanted(kSurfaceFit) && FitSurface(item, progress)) SetFlags(item, kSurfaceFit);
   return (GetFlags(item) & flags) == flags;
 }

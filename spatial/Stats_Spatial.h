@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/core/Box.h"
+#include "spatial/LagCell.h"
 #include "statistics/Stats_Calculator.h"
 #include "statistics/Stats_RgnList.h"
 #include "statistics/bvector.h"
@@ -18,6 +19,7 @@ class CStats_Univariate;
 // The calculator of all that depends on where stations lie. Bits of Calculate:
 //   1   extraction: stations by regular cell, or by the regions of a selection
 //   2   lag pairs: stations some distance apart, cell by cell
+//   4   lag grid: all pairs of stations that have a value in the item's field, sorted by their separation
 //   8   surface fit: a plane through the values, v' = a + b x' + c y' on normalised co-ordinates
 // It reaches the stations through the data set's point search, which it leaves built on its spatial dims. A session's
 // calculator holds the selection:
@@ -44,6 +46,15 @@ class CStats_Spatial : public CStats_Calculator {
     kRing = 0x10,          // ring and sector; clear: box
     kSampleLeaves = 0x20,  // stations and pairs are limited; clear: all
     kPairValues = 0x40     // both stations have a value in the item's field
+  };
+
+  enum LagFlag : unsigned {
+    kLagX = 0x01,  // active axes
+    kLagY = 0x02,
+    kLagZ = 0x04,
+    kPolar = 0x08,     // lag by azimuth by dip; clear: Cartesian, x by y by z
+    kSample = 0x10,    // apply sampleLimit
+    kUseSearch = 0x20  // walk the pairs leaf by leaf through the point search, which is used up; clear: all by all
   };
 
   CStats_Spatial();
@@ -75,6 +86,13 @@ class CStats_Spatial : public CStats_Calculator {
   int pairsPerStation = 100;       // asked after each pair, so one is always kept
   int totalPairs = 100000;
 
+  unsigned lagFlags = 0;
+  std::array<double, 3> lagRange{-1, -1,
+                                 -1};       // polar: the first is the farthest lag; Cartesian: half widths of the grid
+  std::array<int, 3> lagCount{90, 90, 90};  // polar: lags, azimuths, dips; Cartesian: cells along x, y, z
+  int sampleLimit = 20000;                  // stations, of which every n-th is taken; negative: all
+  LagGrid grid;                             // an inactive axis has one entry
+
   // The plane, and the start and range that normalise each of its three co-ordinates.
   double fitA = 0, fitB = 0, fitC = 0;
   double xMin = 0, xRange = 1;
@@ -94,6 +112,9 @@ class CStats_Spatial : public CStats_Calculator {
   // The computations: false when the search can't be had or the sink cancels; what was computed so far then stays.
   virtual bool CalcExtraction(CStats_Data* data, int dim, CProgressSink* progress);
   virtual bool CalcLagPairs(CStats_Data* data, int dim, CProgressSink* progress);
+  // Wants valueStatistics_. After the walk through the search that is no longer partitioned. Fewer than two spatial
+  // dims have no search: their pairs are walked without.
+  virtual bool CalcLagGrid(CStats_Data* data, int dim, CProgressSink* progress);
   virtual bool CalcSurfaceFit(CStats_Data* data, int dim, CProgressSink* progress);
 
   // Gestures: add one (what was undone before is dropped), undo the last active, redo the first undone, undo all.
@@ -117,6 +138,7 @@ class CStats_Spatial : public CStats_Calculator {
   class Selector;
   class PairCollector;
 
+  bool FillLagGrid(int item, CProgressSink* progress);
   bool FitSurface(int item, CProgressSink* progress);
   void Reselect(bool incremental);
   std::vector<int> ListFirstStations(CStats_Data* data, CStats_PointSearch& search);

@@ -10,7 +10,9 @@
 namespace tallyscope {
 
 class CProgressSink;
+class CStats_ModelVariogram;
 class CStats_PointSearch;
+class CStats_SampleVariogram;
 
 // The one view of a table that the whole system reads: stations (rows) by fields (columns), plus up to three spatial
 // axes.
@@ -73,6 +75,11 @@ class CStats_Data {
   // Builds the search over the columns that it has been given, unless it stands. True as well, with nothing built, when
   // those are fewer than two: ask IsPartitioned. False when the sink cancels.
   bool PreparePointSearch(CProgressSink* progress);
+
+  // A host that keeps the variograms of its fields itself answers with them; a session then uses these objects, which
+  // must outlive it, instead of its own. Null: it keeps none.
+  virtual CStats_SampleVariogram* GetVariogram(int /*field*/) { return nullptr; }
+  virtual CStats_ModelVariogram* GetVariogramModel(int /*field*/) { return nullptr; }
 
   // Bulk reads give exactly what the single reads would, and the defaults loop over those. A subclass that overrides
   // the single reads of a class with bulk reads of its own must override these too.

@@ -23,10 +23,23 @@ void CTallyscope::Fill(CStats_Data* data, bool owns) {
   ownedData_.reset(owns ? data : nullptr);
   SetData(data);
   const int axes = data->GetSpatialSize();
-  const int count = axes + data->GetValueSize();
-  uniStats_.clear();
-  uniStats_.resize(static_cast<std::size_t>(count));
-  for (int dim = -axes; dim < data->GetValueSize(); ++dim) GetUniStats(dim)->Add(data, dim);
+  const auto count = static_cast<std::size_t>(axes + data->GetValueSize());
+  uniStats_ = std::vector<CStats_Univariate>(count);
+  variograms_ = std::vector<CStats_SampleVariogram>(count);
+  variogramModels_ = std::vector<CStats_ModelVariogram>(count);
+  for (int axis = 1; axis <= axes; ++axis) FillCaches(-axis);
+  for (int field = 0; field < data->GetValueSize(); ++field) FillCaches(field);
+}
+
+// A host's variogram keeps what it has computed, if it is of this table.
+void CTallyscope::FillCaches(int dim) {
+  GetUniStats(dim)->Add(data_, dim);
+  auto* variogram = GetVariogram(dim);
+  if (!variogram->IsItem(0) || variogram->GetItemData(0) != data_) {
+    variogram->Clear();
+    variogram->Add(data_, dim);
+  }
+  variogram->ResetSpatialDims();
 }
 
 void CTallyscope::SetData(CStats_Data* data) {
@@ -95,13 +108,24 @@ CStats_Calculator* CTallyscope::GetCalculator() {
       return calculator_.get();
     case eSpatial:
       return spatial_.get();
-    default:
-      return nullptr;
+    case eVariogram:
+      return GetVariogram(dims_.front());
   }
+  return nullptr;
 }
 
 CStats_Univariate* CTallyscope::GetUniStats(int dim) {
   return &uniStats_[GetCacheIndex(dim)];
+}
+
+CStats_SampleVariogram* CTallyscope::GetVariogram(int dim) {
+  auto* own = data_->GetVariogram(dim);
+  return own != nullptr ? own : &variograms_[GetCacheIndex(dim)];
+}
+
+CStats_ModelVariogram* CTallyscope::GetVariogramModel(int dim) {
+  auto* own = data_->GetVariogramModel(dim);
+  return own != nullptr ? own : &variogramModels_[GetCacheIndex(dim)];
 }
 
 std::size_t CTallyscope::GetCacheIndex(int dim) const {

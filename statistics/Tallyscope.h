@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "spatial/Stats_ModelVariogram.h"
+#include "spatial/Stats_SampleVariogram.h"
 #include "statistics/Stats_Calculator.h"
 #include "statistics/Stats_Univariate.h"
 
@@ -76,10 +78,14 @@ class CTallyscope {
   CStats_Calculator* GetOwnCalculator() const { return calculator_.get(); }
 
   CStats_Univariate* GetUniStats(int dim);
+  // The host's own object where its data set keeps one, the cached one otherwise.
+  CStats_SampleVariogram* GetVariogram(int dim);
+  CStats_ModelVariogram* GetVariogramModel(int dim);
 
   SpreadsheetSort sort;
 
  private:
+  void FillCaches(int dim);
   std::size_t GetCacheIndex(int dim) const;
 
   int levelId_;
@@ -93,6 +99,8 @@ class CTallyscope {
   int spDim_ = -1;
   int varDim_ = 0;
   // Destroyed from the last to the first: calculators before the data set that they read.
+  std::vector<CStats_SampleVariogram> variograms_;
+  std::vector<CStats_ModelVariogram> variogramModels_;
   std::vector<CStats_Univariate> uniStats_;
   bool ownsData_ = false;
   std::unique_ptr<CStats_Data> ownedData_;

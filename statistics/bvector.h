@@ -28,6 +28,7 @@ class bvector {
   int GetSize() const { return size_; }
   int Count() const;  // of the set bits
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
+  std::uint8_t* GetData() { return bytes_.data(); }  // of GetBytes(), for those who write many bits at once
 
   bool Get(int i) const { return (bytes_[static_cast<std::size_t>(i) / 8] >> (i % 8) & 1) != 0; }
   bool operator[](int i) const { return Get(i); }

@@ -358,6 +358,17 @@ void CDlg_Tallyscope::CreateSC_Spatial() {
   hoverStation_ = -1;
 }
 
+// Nothing is computed yet: the variogram pages do that when they need it.
+void CDlg_Tallyscope::CreateSC_Variogram() {
+  DestroyCalculator();
+  CreateSpatialCalculator();
+  SearchBy(-1, -2, -3, GetDimension());
+  GetTallyscope()->CreateCalculator();
+  auto* calculator = GetCalculator();
+  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
+  hoverStation_ = -1;
+}
+
 // Gives the spatial calculator and the table's search the same dims, and builds the search.
 void CDlg_Tallyscope::SearchBy(int x, int y, int z, int count) {
   GetSpatialCalculator()->SetSpatialDims(x, y, z, count);

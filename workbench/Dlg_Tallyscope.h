@@ -59,6 +59,8 @@ class CDlg_Tallyscope : public CDialog {
   void DestroyCalculator() { GetTallyscope()->DestroyCalculator(); }
   void DestroySpatialCalculator() { GetTallyscope()->DestroySpatialCalculator(); }
   CStats_Univariate* GetUniStats(int dim) const { return GetTallyscope()->GetUniStats(dim); }
+  CStats_SampleVariogram* GetVariogram(int dim) const { return GetTallyscope()->GetVariogram(dim); }
+  CStats_ModelVariogram* GetVariogramModel(int dim) const { return GetTallyscope()->GetVariogramModel(dim); }
 
   // Stacks a session on a table, and takes it over when `owns`. Touches no window.
   void PushData(CStats_Data* data, bool owns);
@@ -109,6 +111,7 @@ class CDlg_Tallyscope : public CDialog {
   virtual void CreateSC_Univariate();
   virtual void CreateSC_Bivariate();
   virtual void CreateSC_Spatial();
+  virtual void CreateSC_Variogram();
   virtual void CreatePS_Univariate(int wizard, int startPage);
   void DestroyPSheet();
   void ResetDialog();

@@ -100,7 +100,6 @@ CArchive& CArchive::operator>>(CString& text) {
   if (length == kLongMark) length = Load<std::uint32_t>(*this);
   if (failed_ || length > GetRemaining()) {
     Fail();
-    position_ = bytes_.size();
     text.clear();
     return *this;
   }
@@ -117,8 +116,7 @@ void CArchive::Write(const void* bytes, std::size_t count) {
 void CArchive::Read(void* bytes, std::size_t count) {
   if (count == 0) return;
   if (count > GetRemaining()) {
-    failed_ = true;
-    position_ = bytes_.size();
+    Fail();
     std::memset(bytes, 0, count);
     return;
   }

@@ -22,7 +22,10 @@ class CArchive {
   bool IsStoring() const { return storing_; }
   bool IsLoading() const { return !storing_; }
   bool IsFailed() const { return failed_; }
-  void Fail() { failed_ = true; }
+  void Fail() {  // as a read past the end does: nothing remains
+    failed_ = true;
+    position_ = bytes_.size();
+  }
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
   std::size_t GetRemaining() const { return bytes_.size() - position_; }
 

@@ -14,6 +14,20 @@ struct Row {
 };
 
 constexpr Row kRows[] = {
+    {kStringFillNull, "Fill Null"},
+    {kStringDetrend, "Detrend"},
+    {kStringHistogramEqualize, "Histogram Equalize"},
+    {kStringPowerFunction, "Power Function"},
+    {kStringLogFunction, "Log Function"},
+    {kStringAgc, "AGC"},
+    {kStringGaussian, "Gaussian"},
+    {kStringMovingAverage, "Moving Average"},
+    {kStringScale, "Scale"},
+    {kStringTranslate, "Translate"},
+    {kStringProgressiveTranslate, "Progressive Translate"},
+    {kStringProgressiveTranslateReverse, "Progressive Translate (Reverse)"},
+    {kStringLinearCutoff, "Linear Cutoff"},
+    {kStringWidth, "Width"},
     {kStringOk, "Ok"},
     {kStringHelp, "Help"},
     {kStringUnivariate, "Univariate"},
@@ -32,6 +46,7 @@ constexpr Row kRows[] = {
     {kStringSummaryTitle, "%1!s! - Summary statistics"},
     {kStringPositivelySkewed, "Positively skewed"},
     {kStringNegativelySkewed, "Negatively skewed"},
+    {kStringHorizontalDifference, "Horizontal Difference"},
     {kStringPropertySheet, "Property Sheet"},
     {kStringExpandSelection, "Expand to previous selection"},
     {kStringCollapseSelection, "Collapse to current selection"},

@@ -6,6 +6,20 @@
 namespace tallyscope {
 
 // Texts of the user interface that are known by a number. LoadString of an unknown number is an empty string.
+inline constexpr int kStringFillNull = 1;
+inline constexpr int kStringDetrend = 2;
+inline constexpr int kStringHistogramEqualize = 3;
+inline constexpr int kStringPowerFunction = 4;
+inline constexpr int kStringLogFunction = 5;
+inline constexpr int kStringAgc = 6;
+inline constexpr int kStringGaussian = 7;
+inline constexpr int kStringMovingAverage = 8;
+inline constexpr int kStringScale = 9;
+inline constexpr int kStringTranslate = 10;
+inline constexpr int kStringProgressiveTranslate = 11;
+inline constexpr int kStringProgressiveTranslateReverse = 12;
+inline constexpr int kStringLinearCutoff = 13;
+inline constexpr int kStringWidth = 14;
 inline constexpr int kStringOk = 27;
 inline constexpr int kStringHelp = 28;
 inline constexpr int kStringUnivariate = 29;
@@ -24,6 +38,7 @@ inline constexpr int kStringDefaultWidth = 41;
 inline constexpr int kStringSummaryTitle = 42;
 inline constexpr int kStringPositivelySkewed = 55;
 inline constexpr int kStringNegativelySkewed = 56;
+inline constexpr int kStringHorizontalDifference = 95;
 inline constexpr int kStringPropertySheet = 32783;
 inline constexpr int kStringExpandSelection = 32784;
 inline constexpr int kStringCollapseSelection = 32785;

@@ -83,7 +83,7 @@ class ScriptedModal : public CModal {
       ADD_FAILURE() << "no answer to: " << question;
       return std::nullopt;
     }
-    const Answer answer = answers.front();  // a copy of a bool too
+    Answer answer = answers.front();  // a copy: the list of bools gives references
     answers.erase(answers.begin());
     return answer;
   }

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QTest>
 
+#include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Multivariate.h"
@@ -206,6 +207,17 @@ TEST_F(RowSelection, StartsOfTheOtherModesPrepareTheirCalculators) {
   const auto* axes = dynamic_cast<CStats_Multivariate*>(dialog.GetTallyscope()->GetOwnCalculator());
   ASSERT_NE(axes, nullptr);
   EXPECT_EQ(axes->valid, 5);
+
+  dialog.SetMode(CTallyscope::eVariogram);
+  for (int start = 0; start < 2; ++start) {
+    dialog.SetVarDim(2);
+    dialog.CreateSC_Variogram();
+    EXPECT_EQ(dialog.GetCalculator(), dialog.GetVariogram(2));
+    EXPECT_EQ(dialog.GetVariogram(2)->GetItemCount(), 1);
+    EXPECT_EQ(dialog.GetVariogram(2)->GetFlags(0), 0) << "nothing is computed yet";
+    EXPECT_TRUE(dialog.GetData()->GetPointSearch()->IsPartitioned());
+    EXPECT_TRUE(dialog.GetVariogramModel(2)->IsEmpty());
+  }
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
   using CDlg_Tallyscope::ComposeMenu;
   using CDlg_Tallyscope::CreateSC_Bivariate;
   using CDlg_Tallyscope::CreateSC_Spatial;
+  using CDlg_Tallyscope::CreateSC_Variogram;
   using CDlg_Tallyscope::HandleSpreadsheetCE;
   using CDlg_Tallyscope::OnDestroy;
   using CDlg_Tallyscope::OnPushData;

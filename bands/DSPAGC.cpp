@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#include "bands/DSPAGC.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "bands/BandWalk.h"
+#include "bands/DSPConvolution.h"
+#include "bands/DSPPower.h"
+#include "bands/DSPProcess.h"
+
+namespace tallyscope {
+
+namespace {
+
+void DivideLine(const DSPLine& line) {
+  const CDSPDataBand& in = line.In();
+  CDSPDataBand& out = line.Out();
+  WithSamples(in, line.overlap->input->data->elementType, 0, [&](const auto* from) {
+    WithSamples(out, line.overlap->output->data->elementType, 0, [&]<class Out>(Out* to) {
+      for (int i = 0; i < line.count; ++i) {
+        const int read = line.inFirst + i * line.inStride;
+        const int written = line.outFirst + i * line.outStride;
+        const Out envelope = to[written];
+        const double size = std::abs(static_cast<double>(envelope));
+        const bool null = in.IsNull(read) || std::max(size, 0.0) * 1e-10 >= size;
+        to[written] = null ? static_cast<Out>(out.nullValue)
+                           : static_cast<Out>(static_cast<float>(from[read]) / static_cast<float>(envelope));
+        out.mask->Set(written, null);
+      }
+    });
+  });
+}
+
+}  // namespace
+
+bool CDSPAGC::WriteEnvelope(CDSPProgress* progress) {
+  CDSPConvolution box;
+  const int side = std::clamp(dimension, 1, 3);
+  if (windowFilter == nullptr) box.SetBoxKernel(side, width, width, width);
+  if (windowFilter == nullptr && box.filterKind == CDSPConvolution::kNoFilter) box.dimension = side;
+  CDSPPower square;
+  CDSPPower root;
+  square.exponent = 2.0;
+  root.exponent = 0.5;
+  CDSPProcess process;
+  CDSPOperationStorage::Copy(storage->inputs, process.Storage().inputs, false);
+  CDSPOperationStorage::Copy(storage->outputs, process.Storage().outputs, false);
+  for (CDSPOperation* step : {static_cast<CDSPOperation*>(&square),
+                              static_cast<CDSPOperation*>(windowFilter != nullptr ? windowFilter : &box),
+                              static_cast<CDSPOperation*>(&root)}) {
+    step->inputEnable = inputEnable;
+    step->bandEnable = bandEnable;
+    process.Append(*step);
+  }
+  return process.Run(progress);
+}
+
+bool CDSPAGC::Divide(CDSPProgress* progress) {
+  if (storage == nullptr) return false;
+  // The envelope goes into the outputs, so inputs that lie there are read from a copy.
+  CDSPOperationStorage::Entries real;
+  if (InputsOverlapOutputs()) {
+    for (auto& input : storage->inputs) {
+      auto copy = input->Clone(true);
+      std::swap(copy, input);
+      real.push_back(std::move(copy));
+    }
+  }
+  const bool enveloped = WriteEnvelope(progress);
+  const bool divided = WalkLines(*this, 0, progress, DivideLine);
+  for (std::size_t i = 0; i < real.size(); ++i) storage->inputs[i] = std::move(real[i]);
+  return enveloped && divided;
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "bands/DSPOperation.h"
+
+namespace tallyscope {
+
+// A logarithm to base 10 with a sign and a linear zone about 0, so that negative samples and 0 have a value. It is
+// continuous at the zone's edge, `cutoff` times a tenth of `scale`. Each run turns the direction round.
+class CDSPLog : public CDSPOperation {
+ public:
+  CDSPLog() { dimension = 0; }
+  bool ProcessAny(CDSPProgress* progress) override;
+
+  int inverse = 0;
+  double scale = 1.0;
+  double cutoff = 10.0;  // half-width of the linear zone, in tenths of the scale
+};
+
+}  // namespace tallyscope

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "spatial/LagBinning.h"
+#include "spatial/LagCell.h"
+#include "spatial/LagStations.h"
+#include "spatial/PairKernel.h"
+
+namespace tallyscope {
+
+// Sums the pairs of a lag grid, block by block of stations.
+//   LagGridFiller filler(binning);
+//   LagStations stations(mean, filler.GetPerUnit());   // append, close blocks
+//   filler.AddPairs(stations, 0, stations, 1);
+//   filler.AddPairsWithin(stations, 0);
+//   filler.Finish(grid);
+class LagGridFiller {
+ public:
+  explicit LagGridFiller(const LagBinning& binning, pair_kernel::Level level = pair_kernel::GetBestLevel());
+
+  Point3 GetPerUnit() const { return perUnit_; }  // for the stations: cells for each unit of an axis
+
+  // All pairs of a station of one block, which is the first of the pair, and one of another block.
+  void AddPairs(const LagStations& firsts, int firstBlock, const LagStations& seconds, int secondBlock);
+  // All pairs of two stations of a block, the earlier one first.
+  void AddPairsWithin(const LagStations& stations, int block);
+  // The grid with its mirror cells, normalised: of the size that the binning says.
+  void Finish(LagGrid& grid);
+
+ private:
+  // Separations of a station, or a block, from a block: of each axis, in cells.
+  struct Gap {
+    Point3 least;
+    Point3 most;
+  };
+  struct Total {
+    std::int64_t pairs = 0;
+    double covariance = 0;
+    double moment = 0;
+  };
+
+  static Gap GetGap(const Point3& distance, const Point3& reach);
+  bool IsOutOfReach(const Gap& gap) const;
+  bool IsInside(const Gap& gap) const;
+  void SetUpEstimate();
+  bool SetUpGuards(double largest);
+  pair_kernel::Run MakeRun(const LagStations& stations, const LagStations::Block& block);
+  void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, const LagStations::Block& block);
+  void AddRunPlainly(const pair_kernel::Run& run);
+  void Flush();
+
+  const LagBinning& binning_;
+  Point3 perUnit_{};
+  bool estimates_ = false;  // whether the grid is one that can be estimated at all
+  pair_kernel::Kernel kernel_ = nullptr;
+  pair_kernel::Estimate estimate_;
+  std::vector<pair_kernel::Sums> sums_;
+  std::vector<std::uint32_t> pairs_;
+  std::vector<Total> totals_;
+  std::int64_t unflushed_ = 0;
+};
+
+}  // namespace tallyscope

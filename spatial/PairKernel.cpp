@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "spatial/PairKernel.h"
+
+#include <algorithm>
+#include <cmath>
+
+#define TALLYSCOPE_INLINE [[gnu::always_inline]] inline
+
+namespace tallyscope::pair_kernel {
+
+namespace {
+
+constexpr std::int32_t kDoubtful = -1;
+constexpr std::int32_t kOutside = -2;
+
+using Two [[gnu::vector_size(16), gnu::may_alias]] = double;
+
+// The functions below are straight lines of code without a call, so that the loops over them become vector code; the
+// conditions are numbers for that.
+
+TALLYSCOPE_INLINE float Truncate(float value) {
+  return static_cast<float>(static_cast<std::int32_t>(value));
+}
+
+TALLYSCOPE_INLINE int IsNearBorder(float place, float bin, float guard) {
+  return std::fabs(place - bin - 0.5f) > guard ? 1 : 0;
+}
+
+// The angle of (x, y), neither negative, in bins; `quarter` bins are 90 degrees.
+TALLYSCOPE_INLINE float GetAngle(float x, float y, const float* terms, float quarter) {
+  constexpr float kLeast = 1e-30f;
+  const float larger = x > y ? x : y;
+  const float smaller = x > y ? y : x;
+  const float ratio = smaller / (larger > kLeast ? larger : kLeast);
+  const float square = ratio * ratio;
+  const float angle =
+      ratio * (terms[0] + square * (terms[1] + square * (terms[2] + square * (terms[3] + square * terms[4]))));
+  return y > x ? quarter - angle : angle;
+}
+
+TALLYSCOPE_INLINE float FlipSign(float value, float by, std::uint32_t mask) {
+  return __builtin_bit_cast(float,
+                            __builtin_bit_cast(std::uint32_t, value) ^ (__builtin_bit_cast(std::uint32_t, by) & mask));
+}
+
+constexpr std::uint32_t kSign = 0x80000000;
+
+// `lag` counts lags, `dx` and `dy` are the horizontal part.
+struct PolarPlace {
+  float lag;
+  float row;
+  int doubtful;
+};
+
+TALLYSCOPE_INLINE PolarPlace GetPolarPlace(const Estimate& e, float dx, float dy, float horizontal, float distance) {
+  const float farthest = e.lags + 0.5f;
+  const float lags = distance < farthest ? distance : farthest;  // NaN is far off as well
+  const float lag = Truncate(lags);
+  const float ax = std::fabs(dx);
+  const float ay = std::fabs(dy);
+  float angle = GetAngle(ax, ay, e.azimuthTerms, e.azimuthQuarter);
+  angle = FlipSign(dx, dy, kSign) < 0 ? e.azimuthHalf - angle : angle;
+  angle = dy < 0 ? angle + e.azimuthTurn : angle;
+  angle = angle < 2 * e.azimuthHalf ? angle : 2 * e.azimuthHalf;
+  const float row = Truncate(angle);
+  const int doubtful = IsNearBorder(lags, lag, e.lagGuard) | IsNearBorder(angle, row, e.azimuthGuard) |
+                       (horizontal < e.nearSquare ? 1 : 0);
+  return {lag, row, doubtful};
+}
+
+TALLYSCOPE_INLINE std::int32_t Conclude(float cell, int doubtful, int outside) {
+  const auto number = static_cast<std::int32_t>(cell);
+  const std::int32_t sure = outside != 0 ? kOutside : number;
+  return doubtful != 0 ? kDoubtful : sure;
+}
+
+template <Shape kShape>
+TALLYSCOPE_INLINE std::int32_t EstimateCell(const Run& run, const Estimate& e, int j) {
+  const float dx = run.offsets[0][j] - run.from[0];
+  const float dy = run.offsets[1][j] - run.from[1];
+  if constexpr (kShape == Shape::kPlane) {
+    const float square = dx * dx + dy * dy;
+    const PolarPlace place = GetPolarPlace(e, dx, dy, square, std::sqrt(square));
+    return Conclude(place.row * e.columns + place.lag, place.doubtful, place.lag >= e.lags ? 1 : 0);
+  } else if constexpr (kShape == Shape::kSolid) {
+    const float dz = run.offsets[2][j] - run.from[2];
+    const float square = dx * dx + dy * dy;
+    const PolarPlace place = GetPolarPlace(e, dx, dy, square, std::sqrt(square + dz * dz));
+    const float steep = GetAngle(std::sqrt(square), std::fabs(dz), e.dipTerms, e.dipHalf);
+    float dip = FlipSign(dz, dy, e.flip) < 0 ? e.dipHalf - steep : e.dipHalf + steep;
+    dip = dip < 2 * e.dipHalf ? dip : 2 * e.dipHalf;
+    const float level = Truncate(dip);
+    const int doubtful = place.doubtful | IsNearBorder(dip, level, e.dipGuard);
+    return Conclude(level * e.plane + place.row * e.columns + place.lag, doubtful, place.lag >= e.lags ? 1 : 0);
+  } else {
+    const float dz = run.offsets[2][j] - run.from[2];
+    const float separation[3] = {FlipSign(dx, dy, kSign), std::fabs(dy), FlipSign(dz, dy, kSign)};
+    float bins[3];
+    int doubtful = 0;
+    int outside = 0;
+    for (int axis = 0; axis < 3; ++axis) {
+      const float farthest = e.last[axis] + 1.5f;
+      const float there = separation[axis] + e.before[axis];
+      const float least = there > 0.5f ? there : 0.5f;
+      const float place = least < farthest ? least : farthest;
+      bins[axis] = Truncate(place);
+      doubtful |= IsNearBorder(place, bins[axis], e.guard[axis]);
+      outside |= (bins[axis] < 1 ? 1 : 0) | (bins[axis] > e.last[axis] ? 1 : 0);
+    }
+    return Conclude((bins[2] - 1) * e.plane + (bins[1] - 1) * e.columns + (bins[0] - 1), doubtful, outside);
+  }
+}
+
+[[gnu::noinline, gnu::cold]] std::int32_t DecideCell(const Run& run, int j) {
+  return run.binning->GetCell(run.places[0][j] - run.place[0], run.places[1][j] - run.place[1],
+                              run.places[2][j] - run.place[2]);
+}
+
+TALLYSCOPE_INLINE void AddPair(const Run& run, int j, std::int32_t cell) {
+  if (cell < 0) [[unlikely]] {
+    cell = DecideCell(run, j);
+    if (cell < 0) return;
+  }
+  const Two zeroAndRaw = {0.0, run.value.raw};
+  const Two there = {run.values[j].centred, run.values[j].raw};
+  const Two less = there - zeroAndRaw;
+  const Two with = {run.value.centred, less[1]};
+  Two* sums = reinterpret_cast<Two*>(run.sums + cell);
+  *sums += less * with;
+  ++run.pairs[cell];
+}
+
+template <Shape kShape>
+TALLYSCOPE_INLINE void AddRun(const Run& run) {
+  constexpr int kStep = LagStations::kSpare;
+  alignas(64) std::int32_t cells[LagStations::kBlock + kStep];
+  const Estimate estimate = *run.estimate;
+  const int padded = (run.count + kStep - 1) / kStep * kStep;
+  for (int j = 0; j < padded; ++j) cells[j] = EstimateCell<kShape>(run, estimate, j);
+  if (run.surelyInside) {
+    for (int j = 0; j < run.count; ++j) AddPair(run, j, cells[j]);
+    return;
+  }
+  std::int32_t kept[LagStations::kBlock];
+  int count = 0;
+  for (int j = 0; j < run.count; ++j) {
+    kept[count] = j;
+    count += static_cast<int>(cells[j] != kOutside);
+  }
+  for (int k = 0; k < count; ++k) AddPair(run, kept[k], cells[kept[k]]);
+}
+
+template <Shape kShape>
+void AddRunPlain(const Run& run) {
+  AddRun<kShape>(run);
+}
+
+#if defined(__x86_64__)
+template <Shape kShape>
+[[gnu::target("avx2")]] void AddRunAvx2(const Run& run) {
+  AddRun<kShape>(run);
+}
+
+template <Shape kShape>
+[[gnu::target("avx2,avx512f,avx512vl,avx512bw,avx512dq,prefer-vector-width=512")]] void AddRunAvx512(const Run& run) {
+  AddRun<kShape>(run);
+}
+#endif
+
+template <Shape kShape>
+Kernel ChooseKernel([[maybe_unused]] Level level) {
+#if defined(__x86_64__)
+  if (level == Level::kAvx512) return AddRunAvx512<kShape>;
+  if (level == Level::kAvx2) return AddRunAvx2<kShape>;
+#endif
+  return AddRunPlain<kShape>;
+}
+
+}  // namespace
+
+Level GetBestLevel() {
+#if defined(__x86_64__)
+  const bool avx2 = __builtin_cpu_supports("avx2");
+  if (avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
+      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")) {
+    return Level::kAvx512;
+  }
+  if (avx2) return Level::kAvx2;
+#endif
+  return Level::kPlain;
+}
+
+Kernel GetKernel(Shape shape, Level level) {
+  level = std::min(level, GetBestLevel());
+  if (shape == Shape::kPlane) return ChooseKernel<Shape::kPlane>(level);
+  return shape == Shape::kSolid ? ChooseKernel<Shape::kSolid>(level) : ChooseKernel<Shape::kBoxes>(level);
+}
+
+}  // namespace tallyscope::pair_kernel

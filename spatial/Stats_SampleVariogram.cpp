@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "spatial/Stats_SampleVariogram.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+#include <utility>
+#include <vector>
+
+#include "spatial/Stats_PointSearch.h"
+#include "spatial/Stats_VariogramData.h"
+#include "statistics/StationBlocks.h"
+#include "statistics/Stats_Data.h"
+#include "statistics/Stats_Univariate.h"
+#include "statistics/Stats_vdData.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+constexpr int kLagGrid = 4;
+constexpr int kBasicFigures = 1;
+constexpr int kQuantiles = 16;
+constexpr double kNoRange = 1000.0;
+
+// Diameter of the circle or sphere that is a point's share of the leaf's box.
+double GetSpacing(const Box& box, std::size_t points, int dimensions) {
+  double volume = 1;
+  for (int axis = 0; axis < dimensions; ++axis) {
+    const auto a = static_cast<std::size_t>(axis);
+    const double extent = std::fabs(box.max[a] - box.min[a]);
+    volume *= extent > 0 ? extent : 1.0;
+  }
+  volume /= static_cast<double>(points);
+  if (!(volume > 0)) return 0;
+  return dimensions == 3 ? 2 * std::pow(0.75 * volume / kPi, 0.3333333333) : 2 * std::pow(volume / kPi, 0.5);
+}
+
+double GetSpreadRange(CStats_Data* data) {
+  if (data->GetSpatialSize() < 1) return kNoRange;
+  CStats_Univariate x;
+  x.Add(data, -1);
+  x.Calculate(kBasicFigures, nullptr);
+  return x.valid < 2 ? kNoRange : (x.maximum - x.minimum) * 0.25;
+}
+
+// To the nearest multiple of a power of ten that leaves one or two digits.
+double RoundRange(double range) {
+  if (!(range > 0) || !std::isfinite(range)) range = kNoRange;
+  double exponent = std::trunc(std::log10(range / 5));
+  if (exponent < 0) exponent -= 1;
+  const double unit = std::pow(10.0, exponent);
+  double rounded = std::trunc(range / unit) * unit;
+  if (range - rounded > 0.5 * unit) rounded += unit;
+  return std::isfinite(rounded) ? rounded : range;
+}
+
+// How much of each of the bins that divide [0, whole] lies within the tolerance of an angle, or of the same angle a
+// turn off. Where two of these windows meet a bin the later one counts.
+std::vector<double> GetWeights(std::size_t bins, double whole, double angle, double tolerance) {
+  std::vector<double> weights(bins, 0.0);
+  const double step = whole / static_cast<double>(bins);
+  for (std::size_t bin = 0; bin < bins; ++bin) {
+    for (const double turn : {angle - 2 * kPi, angle, angle + 2 * kPi}) {
+      const double low = std::max(static_cast<double>(bin) * step, turn - tolerance);
+      const double high = std::min(static_cast<double>(bin + 1) * step, turn + tolerance);
+      if (high > low) weights[bin] = (high - low) / step;
+    }
+  }
+  return weights;
+}
+
+}  // namespace
+
+void CStats_SampleVariogram::CalcVariogram(int item, double newRange, int newLimit, CProgressSink* progress) {
+  if (!IsItem(item)) return;
+  CStats_Data* data = GetItemData(item);
+  ClearFlags(item, kLagGrid);
+  lagFlags = kPolar | kUseSearch;
+  if (newLimit >= 1) lagFlags |= kSample;
+  for (int axis = 0; axis < data->GetSpatialSize() && axis < 3; ++axis) lagFlags |= kLagX << axis;
+  lagRange.fill(newRange > 0 ? newRange : GetDefaultRange(data));
+  if (GetSpatialDimCount() == 3) {
+    lagCount = {25, 36, 18};
+  } else {
+    lagCount = {50, 72, 36};
+  }
+  sampleLimit = newLimit;
+  CalculateItem(item, kLagGrid, progress);
+}
+
+double CStats_SampleVariogram::GetDefaultRange(CStats_Data* data) {
+  const int dims[3] = {GetSpatialDimX(), GetSpatialDimY(), GetSpatialDimZ()};
+  CStats_PointSearch* search = PrepareSearch(data, dims, GetSpatialDimCount(), nullptr);
+  if (search == nullptr) return RoundRange(GetSpreadRange(data));
+  search->SearchAll();
+  std::vector<double> spacings;
+  for (const auto* leaf : search->GetLeaves()) {
+    if (leaf->points.size() < 2) continue;
+    const double spacing = GetSpacing(leaf->box, leaf->points.size(), search->GetDimensions());
+    if (spacing > 0) spacings.push_back(spacing);
+  }
+  if (spacings.empty()) return RoundRange(GetSpreadRange(data));
+  CStats_vdData table(&spacings);
+  CStats_Univariate figures;
+  figures.Add(&table, 0);
+  figures.Calculate(kBasicFigures | kQuantiles, nullptr);
+  return RoundRange((figures.standardDeviation + figures.median) * 10.0);
+}
+
+bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgressSink* progress) {
+  errorPairCount = 0;
+  errorCovariance = errorMoment = 0;
+  if (!IsItem(item)) return false;
+  CStats_Data* data = GetItemData(item);
+  const int dim = GetItemDim(item);
+  const int dims[3] = {GetSpatialDimX(), GetSpatialDimY(), GetSpatialDimZ()};
+  CStats_PointSearch* search = PrepareSearch(data, dims, GetSpatialDimCount(), progress);
+  CStats_Univariate figures;
+  figures.Add(data, dim);
+  if (search == nullptr || !figures.Calculate(kBasicFigures, progress)) return false;
+
+  search->SearchAll();
+  StationProgress reporter(progress, search->GetLeafCount());
+  if (!reporter.Start("Error variance computation")) return false;
+  int step = 0;
+  for (const auto* leaf : search->GetLeaves()) {
+    const std::size_t count = leaf->points.size();
+    std::vector<double> values(count);
+    std::vector<unsigned char> valid(count);
+    data->ReadValuesAt(dim, leaf->points.data(), static_cast<int>(count), values.data(), valid.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      for (std::size_t j = i + 1; j < count; ++j) {
+        if (valid[i] == 0 || valid[j] == 0) continue;
+        double squares = 0;
+        for (int axis = 0; axis < search->GetDimensions(); ++axis) {
+          const double* places = search->GetLeafCoordinates(*leaf, axis);
+          squares += (places[j] - places[i]) * (places[j] - places[i]);
+        }
+        if (!(std::sqrt(squares) < limit)) continue;
+        ++errorPairCount;
+        errorMoment += (values[i] - values[j]) * (values[i] - values[j]);
+        errorCovariance += (values[i] - figures.mean) * (values[j] - figures.mean);
+      }
+    }
+    if (!reporter.Report(step++)) return false;
+  }
+  if (errorPairCount > 0) {
+    errorCovariance /= errorPairCount;
+    errorMoment /= 2.0 * errorPairCount;
+  }
+  return true;
+}
+
+bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data) {
+  return ReadCurve(data, [](std::size_t levels, std::size_t rows) {
+    return Weights{std::vector<double>(levels, 1.0), std::vector<double>(rows, 1.0)};
+  });
+}
+
+bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data, double direction, double dip,
+                                              double tolerance) {
+  const double spread = tolerance * kPi / 180;
+  return ReadCurve(data, [&](std::size_t levels, std::size_t rows) {
+    std::vector<double> ofLevels(levels, 0.0);
+    if (GetSpatialDimCount() >= 3) {
+      ofLevels = GetWeights(levels, kPi, (90 - dip) * kPi / 180, spread);
+    } else if (levels > 0) {
+      ofLevels[0] = 1.0;
+    }
+    return Weights{std::move(ofLevels), GetWeights(rows, 2 * kPi, (90 - direction) * kPi / 180, spread)};
+  });
+}
+
+template <class GetWeights>
+bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeights& getWeights) {
+  if ((lagFlags & kPolar) == 0) return false;
+  data.pairCount.clear();
+  data.lag.clear();
+  data.covariance.clear();
+  data.momentOfInertia.clear();
+  const std::size_t rows = grid.empty() ? 0 : grid[0].size();
+  const std::size_t lags = rows == 0 ? 0 : grid[0][0].size();
+  const Weights weights = getWeights(grid.size(), rows);
+  struct Sum {
+    double weight = 0, covariance = 0, moment = 0;
+  };
+  std::vector<Sum> sums(lags);
+  for (std::size_t level = 0; level < grid.size(); ++level) {
+    for (std::size_t row = 0; row < rows && weights.levels[level] > 0; ++row) {
+      if (!(weights.rows[row] > 0)) continue;
+      for (std::size_t lag = 0; lag < lags; ++lag) {
+        const LagCell& cell = grid[level][row][lag];
+        const double weight = cell.count * weights.rows[row] * weights.levels[level];
+        sums[lag].weight += weight;
+        sums[lag].covariance += cell.covariance * weight;
+        sums[lag].moment += cell.moment * weight;
+      }
+    }
+  }
+  const double lagWidth = lagRange[0] / static_cast<double>(lags);
+  for (std::size_t lag = 0; lag < lags; ++lag) {
+    const Sum& sum = sums[lag];
+    if (!(sum.weight > 0)) continue;
+    data.pairCount.push_back(static_cast<int>(sum.weight));
+    data.lag.push_back((static_cast<double>(lag) + 0.5) * lagWidth);
+    data.covariance.push_back(sum.covariance / sum.weight);
+    data.momentOfInertia.push_back(sum.moment / sum.weight);
+  }
+  return true;
+}
+
+}  // namespace tallyscope

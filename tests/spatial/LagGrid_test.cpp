@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <thread>
+
+#include "LagGridReferee.h"
+#include "SpatialTesting.h"
+#include "spatial/LagBinning.h"
+#include "spatial/LagGridWalk.h"
+#include "spatial/Stats_PointSearch.h"
+#include "spatial/Stats_Spatial.h"
+#include "statistics/ProgressSink.h"
+#include "statistics/Stats_Univariate.h"
+
+namespace tallyscope::testing_spatial {
+namespace {
+
+constexpr int kLagGrid = 4;
+constexpr unsigned kPlane = CStats_Spatial::kLagX | CStats_Spatial::kLagY;
+constexpr unsigned kSolid = kPlane | CStats_Spatial::kLagZ;
+constexpr unsigned kPolarFlag = CStats_Spatial::kPolar;
+constexpr unsigned kSample = CStats_Spatial::kSample;
+constexpr unsigned kSearch = CStats_Spatial::kUseSearch;
+
+struct Settings {
+  unsigned flags;
+  double range;
+  std::array<int, 3> count;
+  int limit = -1;
+};
+
+void Apply(const Settings& settings, CStats_Spatial& spatial) {
+  spatial.lagFlags = settings.flags;
+  spatial.lagRange.fill(settings.range);
+  spatial.lagCount = settings.count;
+  spatial.sampleLimit = settings.limit;
+}
+
+// Enough for many leaves, few enough for the referee.
+std::vector<Cloud> SomeNastyClouds() {
+  std::vector<Cloud> clouds = NastyClouds();
+  for (Cloud& cloud : clouds) cloud.points.resize(std::min<std::size_t>(cloud.points.size(), 700));
+  return clouds;
+}
+
+// A noisy field with every seventh value missing.
+CMadeTable TableOf(const Cloud& cloud, int axes) {
+  std::vector<std::vector<double>> columns(static_cast<std::size_t>(axes) + 1);
+  std::mt19937_64 random(7);
+  std::normal_distribution<double> noise(100, 3);
+  for (std::size_t i = 0; i < cloud.points.size(); ++i) {
+    for (std::size_t axis = 0; axis < static_cast<std::size_t>(axes); ++axis) {
+      columns[axis].push_back(cloud.points[i][axis]);
+    }
+    columns.back().push_back(i % 7 == 3 ? kNull : noise(random));
+  }
+  return Table(axes, columns);
+}
+
+double GetVariance(CStats_Data& table) {
+  CStats_Univariate figures;
+  figures.Add(&table, 0);
+  figures.Calculate(1, nullptr);
+  return figures.variance;
+}
+
+// By the calculator, and at each level of vector code.
+void ExpectRefereesGrid(CMadeTable& table, const Settings& settings, const std::string& name) {
+  SCOPED_TRACE(name + ", flags " + std::to_string(settings.flags) + ", range " + std::to_string(settings.range));
+  CStats_Spatial spatial;
+  spatial.Add(&table, 0);
+  spatial.ResetSpatialDims();
+  Apply(settings, spatial);
+  const RefereeGrid referee = MakeRefereeGrid(spatial, table, 0);
+  const double variance = GetVariance(table);
+  ASSERT_TRUE(spatial.CalculateItem(0, kLagGrid, nullptr));
+  EXPECT_EQ(Compare(spatial.grid, referee, variance), "");
+  if ((settings.flags & kSearch) == 0) return;
+  CStats_Univariate figures;
+  figures.Add(&table, 0);
+  figures.Calculate(1, nullptr);
+  const LagBinning binning(spatial);
+  const int stride =
+      (settings.flags & kSample) == 0 || settings.limit < 0 ? 1 : std::max(1, table.GetSize() / settings.limit);
+  for (const auto level : {pair_kernel::Level::kPlain, pair_kernel::Level::kAvx2, pair_kernel::Level::kAvx512}) {
+    ASSERT_TRUE(table.PreparePointSearch(nullptr));
+    if (!table.GetPointSearch()->IsPartitioned()) return;
+    LagGridWalk walk({&table, 0, figures.mean, {-1, -2, (settings.flags & 4) != 0 ? -3 : LagGridWalk::kNoColumn}},
+                     binning, stride, level);
+    PairProgress progress(nullptr);
+    ASSERT_TRUE(walk.WalkLeaves(*table.GetPointSearch(), spatial.lagRange, progress));
+    LagGrid grid;
+    walk.Finish(grid);
+    EXPECT_EQ(Compare(grid, referee, variance), "") << "level " << static_cast<int>(level);
+  }
+}
+
+Cloud Scale(Cloud cloud, double factor, double shift) {
+  cloud.name += " x " + std::to_string(factor) + " + " + std::to_string(shift);
+  for (Point3& point : cloud.points) {
+    for (double& x : point) x = x == kNull ? x : x * factor + shift;
+  }
+  return cloud;
+}
+
+// Pairs that lie on the borders of cells, as near as doubles come.
+std::vector<Cloud> BorderClouds() {
+  std::vector<Cloud> clouds;
+  Cloud rays{"exact multiples of 5 degrees and of the lag", {{0, 0, 0}}};
+  for (int azimuth = 0; azimuth < 72; ++azimuth) {
+    const double angle = azimuth * 5 * std::numbers::pi / 180;
+    for (int lag = 1; lag <= 12; ++lag) {
+      const double dip = (lag % 5 - 2) * 10 * std::numbers::pi / 180;
+      rays.points.push_back(
+          {lag * std::cos(angle) * std::cos(dip), lag * std::sin(angle) * std::cos(dip), lag * std::sin(dip)});
+    }
+  }
+  clouds.push_back(rays);
+  Cloud hairs{"a hair beside the borders", {{0, 0, 0}}};
+  for (int i = 0; i < 900; ++i) {
+    const double hair = std::ldexp(i % 2 == 0 ? 1.0 : -1.0, -(i % 50) - 4);
+    const double angle = (i % 72) * 5 * std::numbers::pi / 180 + hair / 10;
+    const double distance = i % 13 + hair;
+    hairs.points.push_back({distance * std::cos(angle), distance * std::sin(angle), hair * (i % 3)});
+  }
+  clouds.push_back(hairs);
+  Cloud columns{"columns", {}};
+  for (int i = 0; i < 600; ++i) {
+    columns.points.push_back({i % 5 * 2.0, i % 3 * 1e-7, i / 15 * 0.25 + (i % 2) * 1e-12});
+  }
+  clouds.push_back(columns);
+  Cloud needle{"directions too short for the angle formula", {}};
+  for (int i = 0; i < 500; ++i) needle.points.push_back({i % 7 * 4e-7, i / 7 * 3e-7, i % 2 * 1e-13});
+  clouds.push_back(needle);
+  return clouds;
+}
+
+TEST(LagGrid, AgreesWithThePlainFormulaOnNastyClouds) {
+  auto clouds = SomeNastyClouds();
+  for (Cloud& cloud : BorderClouds()) clouds.push_back(std::move(cloud));
+  for (const Cloud& cloud : clouds) {
+    CMadeTable flat = TableOf(cloud, 2);
+    CMadeTable solid = TableOf(cloud, 3);
+    for (const double range : {0.3, 5.0, 12.0}) {
+      ExpectRefereesGrid(flat, {kPlane | kPolarFlag | kSearch, range, {50, 72, 36}}, cloud.name);
+      ExpectRefereesGrid(flat, {kPlane | kSearch, range, {40, 40, 40}}, cloud.name);
+      ExpectRefereesGrid(solid, {kSolid | kPolarFlag | kSearch, range, {25, 36, 18}}, cloud.name);
+      ExpectRefereesGrid(solid, {kSolid | kSearch, range, {12, 10, 8}}, cloud.name);
+    }
+  }
+}
+
+TEST(LagGrid, AgreesWherePlacesAreHugeTinyOrFarOff) {
+  const auto clouds = SomeNastyClouds();
+  const auto borders = BorderClouds();
+  for (const Cloud* cloud : {&clouds[4], &clouds[7], &borders[0], &borders[1]}) {
+    for (const double factor : {1e-200, 1e-7, 1e3, 1e30, 1e150}) {
+      CMadeTable table = TableOf(Scale(*cloud, factor, 0), 2);
+      ExpectRefereesGrid(table, {kPlane | kPolarFlag | kSearch, 10 * factor, {50, 72, 36}}, cloud->name);
+      ExpectRefereesGrid(table, {kPlane | kSearch, 10 * factor, {40, 40, 40}}, cloud->name);
+    }
+    CMadeTable table = TableOf(Scale(*cloud, 50, 5e6), 3);
+    ExpectRefereesGrid(table, {kSolid | kPolarFlag | kSearch, 400, {25, 36, 18}}, cloud->name + " far off");
+    ExpectRefereesGrid(table, {kSolid | kSearch, 400, {40, 40, 40}}, cloud->name + " far off");
+  }
+}
+
+// Numbers of bins of which the mirror isn't its own mirror, or that are many, few or none.
+TEST(LagGrid, AgreesForAnyNumberOfCells) {
+  const auto clouds = SomeNastyClouds();
+  CMadeTable flat = TableOf(clouds[7], 2);
+  CMadeTable solid = TableOf(clouds[6], 3);
+  for (const std::array<int, 3>& count : {std::array<int, 3>{7, 5, 3},
+                                          {1, 1, 1},
+                                          {3, 2, 5},
+                                          {2000, 720, 2},
+                                          {13, 9, 6},
+                                          {4, 8, 1},
+                                          {0, 4, 4},
+                                          {4, 0, 2}}) {
+    ExpectRefereesGrid(flat, {kPlane | kPolarFlag | kSearch, 4, count}, "plane");
+    ExpectRefereesGrid(solid, {kSolid | kPolarFlag | kSearch, 40, {count[0] % 100, count[1] % 100, count[2]}}, "solid");
+    ExpectRefereesGrid(flat, {kPlane | kSearch, 4, count}, "boxes");
+    ExpectRefereesGrid(solid, {kSolid | kSearch, 40, {count[0] % 100, count[1] % 100, count[2]}}, "boxes");
+  }
+}
+
+TEST(LagGrid, TakesEveryNthStationAcrossLeaves) {
+  for (const Cloud& cloud : SomeNastyClouds()) {
+    CMadeTable flat = TableOf(cloud, 2);
+    CMadeTable solid = TableOf(cloud, 3);
+    for (const int limit : {1, 2, 30, 300, 333, 700, 100000, -1, std::numeric_limits<int>::max()}) {
+      ExpectRefereesGrid(flat, {kPlane | kPolarFlag | kSearch | kSample, 0.4, {50, 72, 36}, limit}, cloud.name);
+      ExpectRefereesGrid(solid, {kSolid | kSearch | kSample, 6, {10, 10, 10}, limit}, cloud.name);
+    }
+  }
+}
+
+TEST(LagGrid, WalksAllPairsWithoutTheSearch) {
+  for (const Cloud& cloud : SomeNastyClouds()) {
+    if (cloud.name == "with nulls" || cloud.name == "nulls only") continue;  // places that are null have no part
+    CMadeTable table = TableOf(cloud, 3);
+    for (const int limit : {-1, 50}) {
+      for (const unsigned axes : {kPlane, kSolid, 1u}) {
+        ExpectRefereesGrid(table, {axes | kPolarFlag | kSample, 4, {25, axes == 1 ? 1 : 36, 18}, limit}, cloud.name);
+        ExpectRefereesGrid(table, {axes | kSample, 4, {25, 9, 8}, limit}, cloud.name);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tallyscope::testing_spatial
