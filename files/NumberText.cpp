@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "files/NumberText.h"
 
-#include <langinfo.h>
-#include <locale.h>
-#include <algorithm>
-#include <cstdlib>
-
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <limits>
 #include <optional>
 #include <utility>
+
+#include <langinfo.h>
+#include <locale.h>
 
 namespace tallyscope {
 
