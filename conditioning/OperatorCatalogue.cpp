@@ -3,9 +3,12 @@
 
 #include "bands/DSPAGC.h"
 #include "bands/DSPConvolution.h"
+#include "bands/DSPFillNull.h"
+#include "bands/DSPHistogram.h"
 #include "bands/DSPLog.h"
 #include "bands/DSPPower.h"
 #include "bands/DSPTransform.h"
+#include "bands/DSPTrend.h"
 #include "platform/core/StringTable.h"
 
 namespace tallyscope {
@@ -14,6 +17,23 @@ namespace {
 
 using Op = CStats_Operator;
 using Operation = std::unique_ptr<CDSPOperation>;
+
+Operation MakeFillNull(const Op&) {
+  auto fill = std::make_unique<CDSPFillNull>();
+  fill->dimension = 1;
+  fill->rememberNulls = false;
+  return fill;
+}
+
+Operation MakeDetrend(const Op&) {
+  auto trend = std::make_unique<CDSPTrend>();
+  trend->method = CDSPTrend::kLinear;
+  return trend;
+}
+
+Operation MakeHistogramEqualize(const Op&) {
+  return std::make_unique<CDSPHistogram>();
+}
 
 Operation MakePower(const Op& settings) {
   auto power = std::make_unique<CDSPPower>();
@@ -83,9 +103,9 @@ Operation MakeProgressiveReverse(const Op& settings) {
 
 // type, name, parameter, its type, preset; odd only, in the short list, by the band; maker
 constexpr OperatorRow kRows[] = {
-    {Op::kFillNull, kStringFillNull, 0, "", VT_NULL, "", false, true, false, nullptr},
-    {Op::kDetrend, kStringDetrend, 0, "", VT_NULL, "", false, true, false, nullptr},
-    {Op::kHistogramEqualize, kStringHistogramEqualize, 0, "", VT_NULL, "", false, true, false, nullptr},
+    {Op::kFillNull, kStringFillNull, 0, "", VT_NULL, "", false, true, false, MakeFillNull},
+    {Op::kDetrend, kStringDetrend, 0, "", VT_NULL, "", false, true, false, MakeDetrend},
+    {Op::kHistogramEqualize, kStringHistogramEqualize, 0, "", VT_NULL, "", false, true, false, MakeHistogramEqualize},
     {Op::kPowerFunction, kStringPowerFunction, 0, "", VT_R8, "1", false, false, false, MakePower},
     {Op::kLogFunction, kStringLogFunction, kStringLinearCutoff, "", VT_R8, "1", false, false, false, MakeLog},
     {Op::kAgc, kStringAgc, kStringWidth, "", VT_I4, "1", true, true, false, MakeAgc},

@@ -36,7 +36,7 @@ std::vector<std::unique_ptr<CDSPOperation>> MakeOperations(const std::vector<CSt
   std::vector<std::unique_ptr<CDSPOperation>> operations;
   for (const auto& step : chain) {
     const auto* row = FindOperatorRow(step.GetType());
-    if (row != nullptr && row->make != nullptr) operations.push_back(row->make(step));
+    if (row != nullptr) operations.push_back(row->make(step));
   }
   return operations;
 }

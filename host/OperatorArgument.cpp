@@ -4,7 +4,6 @@
 #include <charconv>
 #include <string_view>
 
-#include "conditioning/OperatorCatalogue.h"
 #include "host/NumberScan.h"
 #include "host/Sentences.h"
 
@@ -48,8 +47,6 @@ CString CheckValue(Op::CStats_OperatorType type, const CString& value) {
 
 CString CheckOperator(const CStats_Operator& step) {
   const auto type = step.GetType();
-  const auto* row = FindOperatorRow(type);
-  if (row != nullptr && row->make == nullptr) return Op::GetOperatorName(type) + " can't be applied yet.";
   const int width = step.GetValue().GetInteger();
   if (Op::IsOperatorParamOddValueOnly(type) == 0 || (width >= 1 && width % 2 == 1)) return {};
   return Op::GetOperatorName(type) + " can't have the width " + step.GetValueS() + ": take an odd one of at least 1.";

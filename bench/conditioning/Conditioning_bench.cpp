@@ -212,6 +212,11 @@ void FilterChain(benchmark::State& state) {
                    Made(Op::kMovingAverage, "5"), Made(Op::kMovingAverage, "31")});
 }
 
+void FillingChain(benchmark::State& state) {
+  RunChain(state, {Made(Op::kFillNull, ""), Made(Op::kDetrend, ""), Made(Op::kGaussian, "11"), Made(Op::kAgc, "101"),
+                   Made(Op::kHistogramEqualize, "")});
+}
+
 BENCHMARK(ValuesFloor)->Unit(benchmark::kMillisecond);
 BENCHMARK(RulesFloor)->Unit(benchmark::kMillisecond);
 BENCHMARK(ProcessValues)->Unit(benchmark::kMillisecond);
@@ -220,6 +225,7 @@ BENCHMARK(CopyFloor)->Unit(benchmark::kMillisecond);
 BENCHMARK(PointwiseChain)->Arg(0)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(FilterChain)->Arg(0)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK(MixedChain)->Arg(0)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK(FillingChain)->Arg(0)->Arg(100)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tallyscope
