@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 
 namespace tallyscope {
 
@@ -14,7 +15,7 @@ using DoublePair = double __attribute__((vector_size(16)));
 template <class Number>
 class Recursion {
  public:
-  static constexpr std::size_t kLanes = sizeof(Number) / sizeof(double);
+  static constexpr std::size_t kLanes = std::is_same_v<Number, double> ? 1 : 2;
   using Tasks = std::array<BurgTask, kLanes>;
   using Predictors = std::array<BurgPredictor*, kLanes>;
 

@@ -12,9 +12,7 @@ namespace {
 
 // Runs of any length from anywhere give what the single reads give, on the axes and on the band.
 TEST(Stats_DSPData, BulkReadsAreSingleReads) {
-  const struct {
-    int x, y, z;
-  } shapes[] = {{200, 1, 1}, {20, 10, 1}, {10, 4, 5}, {1, 50, 4}, {1, 1, 200}, {40, 1, 5}};
+  const struct { int x, y, z; } shapes[] = {{200, 1, 1}, {20, 10, 1}, {10, 4, 5}, {1, 50, 4}, {1, 1, 200}, {40, 1, 5}};
   for (const auto& shape : shapes) {
     std::vector<double> samples;
     for (int i = 0; i < 200; ++i) samples.push_back(i % 9 == 4 ? std::numeric_limits<double>::quiet_NaN() : i * 0.5);
