@@ -22,4 +22,15 @@ struct BurgPredictor {
   int count = 0;
 };
 
+// Samples to fit a predictor to, and its order.
+struct BurgTask {
+  std::span<const double> samples;
+  int order = 0;
+
+  BurgPredictor::Error Check() const;
+};
+
+// Two fits in the time of one: a fit waits for its sums, which may not be split. No task may have an error.
+void FitTwo(const BurgTask& one, BurgPredictor& first, const BurgTask& other, BurgPredictor& second);
+
 }  // namespace tallyscope

@@ -8,11 +8,10 @@
 #include <type_traits>
 #include <vector>
 
+#include "bands/BandRegression.h"
 #include "bands/BandWalk.h"
 #include "bands/DSPFillNull.h"
 #include "bands/LineFiller.h"
-#include "bands/Stats_DSPData.h"
-#include "statistics/Stats_Bivariate.h"
 
 namespace tallyscope {
 
@@ -105,12 +104,8 @@ bool HasNull(const DSPOverlap& overlap, const DSPBandPair& pair) {
 
 LineTrend CDSPFillNull::FitTrend(const DSPOverlap& overlap, const DSPBandPair& pair) const {
   if (!removeTrend || !HasNull(overlap, pair)) return {};
-  CStats_DSPData table(overlap.input->data);
-  CStats_Bivariate regression;
-  regression.Add(&table, -1);
-  regression.Add(&table, pair.band);
-  regression.Calculate(2, nullptr);
-  return {regression.yOnX[0], regression.yOnX[1]};
+  const BandRegression line = RegressOnIndex(*overlap.input->data, pair.band);
+  return {line.slope, line.intercept};
 }
 
 bool CDSPFillNull::FillLines(CDSPProgress* progress) {

@@ -5,10 +5,9 @@
 #include <array>
 #include <cstddef>
 
+#include "bands/BandRegression.h"
 #include "bands/BandWalk.h"
-#include "bands/Stats_DSPData.h"
 #include "spatial/Stats_Spatial.h"
-#include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Univariate.h"
 
 namespace tallyscope {
@@ -56,15 +55,6 @@ std::vector<double> FitConstant(CStats_DSPData& table, int band, int statistic) 
   const bool quantile = statistic == CDSPTrend::kMedian || statistic == CDSPTrend::kMode;
   figures.Calculate(quantile ? kBinnedQuantiles : kBasic, nullptr);
   return {GetStatistic(figures, statistic)};
-}
-
-std::vector<double> FitLine(CStats_DSPData& table, int band) {
-  constexpr int kRegressions = 2;
-  CStats_Bivariate regression;
-  regression.Add(&table, -1);
-  regression.Add(&table, band);
-  regression.Calculate(kRegressions, nullptr);
-  return {regression.yOnX[0], regression.yOnX[1]};
 }
 
 std::vector<double> FitPlane(CStats_DSPData& table, int band, int axes) {
@@ -136,7 +126,9 @@ std::vector<double> CDSPTrend::FitBand(CDSPData& data, int band, int spanned) co
   CStats_DSPData table(&data);
   if (method == kConstant) return FitConstant(table, band, statistic);
   if (method != kLinear || spanned == 7) return {};
-  return IsPlane(spanned) ? FitPlane(table, band, spanned) : FitLine(table, band);
+  if (IsPlane(spanned)) return FitPlane(table, band, spanned);
+  const BandRegression line = RegressOnIndex(data, band);
+  return {line.slope, line.intercept};
 }
 
 void CDSPTrend::ApplyTo(const DSPLine& line) const {

@@ -2,9 +2,7 @@
 #include "bands/GapPredictor.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
 
 #include "bands/MaskRuns.h"
 
@@ -13,71 +11,112 @@ namespace tallyscope {
 void GapPredictor::Fill(std::span<float> line, const bvector& gaps) {
   line_ = line;
   const int n = static_cast<int>(line.size());
-  int gap = 0;  // where the gap before the stretch starts
-  for (int start = FindBit(gaps, 0, n, false); start < n;) {
-    const int end = FindBit(gaps, start, n, true);
-    if (end - start >= n) return;
-    const int length = std::min(end - start, kLongestFit);
-    const int order =
-        std::clamp(static_cast<int>(std::round(length * kOrderPercent / 100.0)), 3, BurgPredictor::kMaxOrder);
-    if (!Fit(start, length, order)) return;
-    if (gap < start) PredictBackward(gap, start, gap > 0);
-    if (end == n) return;
-    if (length < end - start && !Fit(end - length, length, order)) return;
-    const int next = FindBit(gaps, end, n, false);
-    PredictForward(end, next);
-    gap = end;
-    start = next;
+  Stretch left = FindStretch(gaps, 0);
+  if (left.end - left.first >= n) return;
+  Samples samples;
+  const BurgTask start = MakeTask(left, false, samples);
+  if (right_.Fit(start.samples, start.order) != BurgPredictor::kNone) return;
+  PredictFromRight(left.first);
+  while (left.end < n) {
+    const Stretch right = FindStretch(gaps, left.end);
+    if (!FitAround(left, right)) {
+      PredictFromLeft(left.end, right.first);
+      return;
+    }
+    PredictFromBoth(left.end, right.first);
+    left = right;
   }
 }
 
-bool GapPredictor::Fit(int first, int length, int order) {
-  std::array<double, kLongestFit> samples;
-  std::copy_n(line_.begin() + first, length, samples.begin());
-  return predictor_.Fit({samples.data(), static_cast<std::size_t>(length)}, order) == BurgPredictor::kNone;
+GapPredictor::Stretch GapPredictor::FindStretch(const bvector& gaps, int from) const {
+  const int n = static_cast<int>(line_.size());
+  const int first = FindBit(gaps, from, n, false);
+  return {first, FindBit(gaps, first, n, true)};
+}
+
+BurgTask GapPredictor::MakeTask(const Stretch& stretch, bool atEnd, Samples& samples) const {
+  const int length = std::min(stretch.end - stretch.first, kLongestFit);
+  std::copy_n(line_.begin() + (atEnd ? stretch.end - length : stretch.first), length, samples.begin());
+  const int order = static_cast<int>(std::round(length * kOrderPercent / 100.0));
+  return {{samples.data(), static_cast<std::size_t>(length)}, std::clamp(order, 3, BurgPredictor::kMaxOrder)};
+}
+
+// What was fitted to the left stretch's first samples stands, unless it goes on beyond them. False when there is
+// nothing on the right that can be fitted.
+bool GapPredictor::FitAround(const Stretch& left, const Stretch& right) {
+  Samples last;
+  Samples first;
+  const BurgTask toRight = MakeTask(right, false, first);
+  const bool fits = toRight.Check() == BurgPredictor::kNone;
+  left_ = right_;
+  if (!left.IsCut()) {
+    if (fits) right_.Fit(toRight.samples, toRight.order);
+    return fits;
+  }
+  const BurgTask toLeft = MakeTask(left, true, last);
+  if (fits) {
+    FitTwo(toLeft, left_, toRight, right_);
+  } else {
+    left_.Fit(toLeft.samples, toLeft.order);
+  }
+  return fits;
 }
 
 // Each value is rounded to a float before the next one builds on it.
-void GapPredictor::PredictForward(int first, int end) {
-  const int count = predictor_.count;
-  const double* c = predictor_.coefficients.data();
-  for (int p = first; p < end; ++p) {
-    const int taps = std::min(count, p);
-    double sum = 0;
-    for (int j = 1; j <= taps; ++j) sum += c[j - 1] * static_cast<double>(line_[static_cast<std::size_t>(p - j)]);
-    line_[static_cast<std::size_t>(p)] = static_cast<float>(sum);
+float GapPredictor::StepLeft(int p) const {
+  const int taps = std::min(left_.count, p);
+  const float* before = line_.data() + p;
+  double sum = 0;
+  for (int j = 1; j <= taps; ++j)
+    sum += left_.coefficients[static_cast<std::size_t>(j - 1)] * static_cast<double>(before[-j]);
+  return static_cast<float>(sum);
+}
+
+void GapPredictor::PredictFromLeft(int first, int end) {
+  for (int p = first; p < end; ++p) line_[static_cast<std::size_t>(p)] = StepLeft(p);
+}
+
+void GapPredictor::StartRight(int first, int end) {
+  const auto size = static_cast<std::size_t>(end - first);
+  const auto taps = static_cast<std::size_t>(right_.count);
+  if (fromRight_.size() < size + taps) fromRight_.resize(size + taps);
+  for (std::size_t j = 0; j < taps; ++j) {
+    const std::size_t p = static_cast<std::size_t>(end) + j;
+    fromRight_[size + j] = p < line_.size() ? static_cast<double>(line_[p]) : 0.0;
   }
 }
 
-// From the stretch that starts at `end`, in double.
-void GapPredictor::PredictBackward(int first, int end, bool blend) {
-  constexpr int kBlock = 512;
-  std::array<double, kBlock + BurgPredictor::kMaxOrder> window;  // the samples from `low` on
-  const int count = predictor_.count;
-  const double* c = predictor_.coefficients.data();
-  const int n = static_cast<int>(line_.size());
-  for (int j = 0; j < count; ++j) {
-    window[static_cast<std::size_t>(j)] =
-        end + j < n ? static_cast<double>(line_[static_cast<std::size_t>(end + j)]) : 0.0;
+double GapPredictor::StepRight(std::size_t at) const {
+  const auto taps = static_cast<std::size_t>(right_.count);
+  const double* behind = fromRight_.data() + at;
+  double sum = 0;
+  for (std::size_t j = 1; j <= taps; ++j) sum += right_.coefficients[j - 1] * behind[j];
+  return sum;
+}
+
+void GapPredictor::PredictFromRight(int end) {
+  StartRight(0, end);
+  for (auto i = static_cast<std::size_t>(end); i-- > 0;) {
+    fromRight_[i] = StepRight(i);
+    line_[i] = static_cast<float>(fromRight_[i]);
   }
-  for (int high = end; high > first;) {
-    const int low = std::max(first, high - kBlock);
-    std::copy_backward(window.begin(), window.begin() + count, window.begin() + (high - low) + count);
-    for (int p = high - 1; p >= low; --p) {
-      double* at = window.data() + (p - low);
-      double sum = 0;
-      for (int j = 1; j <= count; ++j) sum += c[j - 1] * at[j];
-      *at = sum;
-      float& sample = line_[static_cast<std::size_t>(p)];
-      if (!blend) {
-        sample = static_cast<float>(sum);
-        continue;
-      }
-      const double right = static_cast<double>(end - p) * (end - p);
-      const double left = static_cast<double>(p - first + 1) * (p - first + 1);
-      sample = static_cast<float>(sample * right / (left + right) + sum * left / (left + right));
-    }
-    high = low;
+}
+
+// Each prediction waits for its own last value, so both go together.
+void GapPredictor::PredictFromBoth(int first, int end) {
+  StartRight(first, end);
+  const int size = end - first;
+  for (int i = 0; i < size; ++i) {
+    line_[static_cast<std::size_t>(first + i)] = StepLeft(first + i);
+    const auto mirrored = static_cast<std::size_t>(size - 1 - i);
+    fromRight_[mirrored] = StepRight(mirrored);
+  }
+  float* gap = line_.data() + first;
+  for (int i = 0; i < size; ++i) {
+    const double right = static_cast<double>(size - i) * (size - i);
+    const double left = (i + 1.0) * (i + 1.0);
+    gap[i] = static_cast<float>(gap[i] * right / (left + right) +
+                                fromRight_[static_cast<std::size_t>(i)] * left / (left + right));
   }
 }
 

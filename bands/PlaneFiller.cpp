@@ -146,7 +146,7 @@ RelaxedSurface MakeLevel(const Plane& plane, const PlaneFillSettings& settings, 
 // Cells times sweeps, when a level takes as many sweeps as the square of the cells that the one before left in one.
 double EstimateWork(PlaneGridSize size) {
   int step = std::gcd(size.columns, size.rows);
-  const auto cells = [&] { return static_cast<double>(size.columns / step) * (size.rows / step); };
+  const auto cells = [&] { return 1.0 * size.columns / step * size.rows / step; };
   const auto sweeps = [](double across) { return std::min(across * across, 100.0); };
   double work = cells() * sweeps(std::max(size.columns / step, size.rows / step));
   const std::vector<int> factors = PrimeFactors(step);

@@ -2,6 +2,7 @@
 #include "bands/Stats_DSPData.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 
@@ -28,8 +29,31 @@ bool CStats_DSPData::IsValueValid(int field, int station) {
   return field < 0 || !GetBand(field).IsNull(station);
 }
 
+void CStats_DSPData::ReadCoordinates(int field, int first, int count, double* values) const {
+  if (count <= 0) return;
+  if (data_->dimensionality == 1) {
+    for (int i = 0; i < count; ++i) values[i] = first + i;
+    return;
+  }
+  std::array<int, 3> at{first % data_->planeSize % data_->sizeX, first % data_->planeSize / data_->sizeX,
+                        first / data_->planeSize};
+  const int& wanted = field == -1 ? at[0] : field == -2 ? at[1] : at[2];
+  for (int i = 0; i < count; ++i) {
+    values[i] = wanted;
+    if (++at[0] < data_->sizeX) continue;
+    at[0] = 0;
+    if (++at[1] < data_->sizeY) continue;
+    at[1] = 0;
+    ++at[2];
+  }
+}
+
 void CStats_DSPData::ReadRawValues(int field, int first, int count, double* values) {
-  if (field < 0 || data_->elementType == CDSPData::kDouble || data_->elementsPerSample != 1) {
+  if (field < 0) {
+    ReadCoordinates(field, first, count, values);
+    return;
+  }
+  if (data_->elementType == CDSPData::kDouble || data_->elementsPerSample != 1) {
     CStats_Data::ReadRawValues(field, first, count, values);
     return;
   }

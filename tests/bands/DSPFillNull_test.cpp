@@ -13,6 +13,7 @@
 
 #include "BandTesting.h"
 #include "bands/GSpline.h"
+#include "bands/MaskRuns.h"
 #include "bands/Stats_DSPData.h"
 #include "statistics/Stats_Bivariate.h"
 
@@ -427,6 +428,35 @@ TEST(DSPFillNull, LinesAlongEveryAxis) {
       }
     }
   }
+}
+
+// A sink that has enough after the second line ends the run there, and the direction stays.
+TEST(DSPFillNull, CancelsAfterALine) {
+  struct Sink : CDSPProgress {
+    bool OnProgress(int percent) override {
+      told.push_back(percent);
+      return told.size() < 2;
+    }
+    void SetTask(const char*, int) override {}
+    std::vector<int> told;
+  } sink;
+  sink.start = 20;
+  sink.end = 60;
+  TestBand band(Noise(40, 14, 0.5));
+  CDSPData data;
+  data.SetDimensions(10, 4, 1);
+  band.Put(data);
+  CDSPOperationStorage storage;
+  storage.AddInput(&data, false);
+  storage.AddOutput(&data, false);
+  CDSPFillNull fill;
+  fill.dimension = 1;
+  fill.storage = &storage;
+  EXPECT_FALSE(fill.Run(&sink));
+  EXPECT_EQ(sink.told, (std::vector<int>{30, 40}));
+  EXPECT_EQ(fill.restore, 0);
+  EXPECT_EQ(FindBit(band.nulls, 0, 40, true), FindBit(band.nulls, 20, 40, true));
+  EXPECT_GT(band.nulls.Count(), 0);
 }
 
 // Whatever region it is given, a fill sees the whole band.
