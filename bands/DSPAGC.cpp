@@ -57,20 +57,31 @@ bool CDSPAGC::WriteEnvelope(CDSPProgress* progress) {
   return process.Run(progress);
 }
 
+// Whether each sample is written where it was read. The envelope then needs no copy of the samples, only the division.
+bool CDSPAGC::WorksInPlace() const {
+  const auto same = [](const auto& input, const auto& output) {
+    return input->data == output->data && input->start == output->start && input->end == output->end;
+  };
+  const auto& inputs = storage->inputs;
+  const auto& outputs = storage->outputs;
+  return bandEnable.empty() && std::equal(inputs.begin(), inputs.end(), outputs.begin(), outputs.end(), same);
+}
+
 bool CDSPAGC::Divide(CDSPProgress* progress) {
   if (storage == nullptr) return false;
-  // The envelope goes into the outputs, so inputs that lie there are read from a copy.
-  CDSPOperationStorage::Entries real;
+  // The envelope goes into the outputs, so inputs that lie there are divided from a copy.
+  CDSPOperationStorage::Entries copies;
   if (InputsOverlapOutputs()) {
-    for (auto& input : storage->inputs) {
-      auto copy = input->Clone(true);
-      std::swap(copy, input);
-      real.push_back(std::move(copy));
-    }
+    for (const auto& input : storage->inputs) copies.push_back(input->Clone(true));
   }
-  const bool enveloped = WriteEnvelope(progress);
+  const bool inPlace = WorksInPlace();
+  const bool swaps = !copies.empty();
+  bool enveloped = false;
+  if (inPlace) enveloped = WriteEnvelope(progress);
+  if (swaps) storage->inputs.swap(copies);
+  if (!inPlace) enveloped = WriteEnvelope(progress);
   const bool divided = WalkLines(*this, 0, progress, DivideLine);
-  for (std::size_t i = 0; i < real.size(); ++i) storage->inputs[i] = std::move(real[i]);
+  if (swaps) storage->inputs.swap(copies);
   return enveloped && divided;
 }
 

@@ -23,6 +23,7 @@ class CDSPAGC : public CDSPOperation {
 
  private:
   bool Divide(CDSPProgress* progress);
+  bool WorksInPlace() const;
   bool WriteEnvelope(CDSPProgress* progress);
 };
 

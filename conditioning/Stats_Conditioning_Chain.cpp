@@ -43,17 +43,20 @@ std::vector<std::unique_ptr<CDSPOperation>> MakeOperations(const std::vector<CSt
 
 }  // namespace
 
+// Each step brings its result back to the caller's band before the next begins. A process of them all would keep one
+// more band between a filter and what follows.
 int CStats_Conditioning::ProcessOperations(float* values, bvector* nulls, int count) const {
   if (!operatorsUsed || operators.empty()) return 0;
   if (count < 1) return 1;
   bvector none(nulls == nullptr ? count : 0);
   const auto line = MakeLine(values, nulls == nullptr ? &none : nulls, count);
-  CDSPProcess process;
-  process.Storage().AddInput(line.get(), false);
-  process.Storage().AddOutput(line.get(), false);
-  const auto operations = MakeOperations(operators);
-  for (const auto& operation : operations) process.Append(*operation);
-  process.Run(nullptr);  // a step that fails has passed its data on
+  for (const auto& operation : MakeOperations(operators)) {
+    CDSPProcess process;
+    process.Storage().AddInput(line.get(), false);
+    process.Storage().AddOutput(line.get(), false);
+    process.Append(*operation);
+    process.Run(nullptr);  // a step that fails has passed its data on
+  }
   return 1;
 }
 
