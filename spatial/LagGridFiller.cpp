@@ -67,6 +67,10 @@ LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level
     if (!(perUnit_[a] > kLeastPerUnit && perUnit_[a] < kMostPerUnit) || !isSplit) estimates_ = false;
   }
   if (!estimates_) perUnit_ = {};
+  for (int axis = 0; axis < 3; ++axis) {
+    const double limit = binning.IsPolar() ? binning.GetCount(0) : binning.IsActive(axis) ? binning.GetHalf(axis) : 1;
+    limits_[static_cast<std::size_t>(axis)] = limit * kSlack;
+  }
   SetUpEstimate();
   const Shape polar = binning.IsActive(2) ? Shape::kSolid : Shape::kPlane;
   kernel_ = pair_kernel::GetKernel(binning.IsPolar() ? polar : Shape::kBoxes, level);
@@ -119,33 +123,23 @@ bool LagGridFiller::SetUpGuards(double largest) {
   return true;
 }
 
-LagGridFiller::Gap LagGridFiller::GetGap(const Point3& distance, const Point3& reach) {
-  Gap gap;
+// Of all pairs that are so far apart, give or take the reach: what isn't a number may be anywhere.
+inline LagGridFiller::Place LagGridFiller::GetPlace(const Point3& distance, const Point3& reach) const {
+  bool isOut = false;
+  bool isInside = true;
+  double least = 0;
+  double most = 0;
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    gap.least[axis] = std::max(0.0, distance[axis] - reach[axis]);
-    gap.most[axis] = distance[axis] + reach[axis];
+    const double gap = std::max(0.0, distance[axis] - reach[axis]);
+    const double span = distance[axis] + reach[axis];
+    least += gap * gap;
+    most += span * span;
+    isOut = isOut || gap > limits_[axis];
+    isInside = isInside && span * kSlack < limits_[axis];
   }
-  return gap;
-}
-
-bool LagGridFiller::IsOutOfReach(const Gap& gap) const {
-  const auto& [x, y, z] = gap.least;
-  if (binning_.IsPolar()) return std::sqrt(x * x + y * y + z * z) > binning_.GetCount(0) * kSlack;
-  for (int axis = 0; axis < 3; ++axis) {
-    if (gap.least[static_cast<std::size_t>(axis)] > binning_.GetHalf(axis) * kSlack) return true;
-  }
-  return false;
-}
-
-bool LagGridFiller::IsInside(const Gap& gap) const {
-  const auto& [x, y, z] = gap.most;
-  if (binning_.IsPolar()) return std::sqrt(x * x + y * y + z * z) * kSlack < binning_.GetCount(0);
-  for (int axis = 0; axis < 3; ++axis) {
-    if (binning_.IsActive(axis) && !(gap.most[static_cast<std::size_t>(axis)] * kSlack < binning_.GetHalf(axis))) {
-      return false;
-    }
-  }
-  return true;
+  const double square = limits_[0] * limits_[0];
+  if (binning_.IsPolar() ? least > square : isOut) return Place::kOut;
+  return (binning_.IsPolar() ? most * kSlack < square : isInside) ? Place::kInside : Place::kUnsure;
 }
 
 pair_kernel::Run LagGridFiller::MakeRun(const LagStations& stations, const LagStations::Block& block) {
@@ -166,7 +160,7 @@ pair_kernel::Run LagGridFiller::MakeRun(const LagStations& stations, const LagSt
 void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const LagStations& seconds, int secondBlock) {
   const LagStations::Block& from = firsts.GetBlock(firstBlock);
   const LagStations::Block& to = seconds.GetBlock(secondBlock);
-  if (sums_.empty() || from.count == 0 || to.count == 0) return;
+  if (sums_.empty()) return;
   Point3 distance;
   Point3 reach;
   double largest = 0;
@@ -176,18 +170,11 @@ void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const La
     const double sum = distance[axis] + reach[axis];
     if (!(sum <= largest)) largest = sum;  // also if it isn't a number
   }
-  if (estimates_ && IsOutOfReach(GetGap(distance, reach))) return;
+  const Place place = estimates_ ? GetPlace(distance, reach) : Place::kUnsure;
+  if (place == Place::kOut) return;
   pair_kernel::Run run = MakeRun(seconds, to);
   const bool canEstimate = SetUpGuards(largest);
-  for (int i = from.first; i < from.first + from.count; ++i) {
-    if (canEstimate) {
-      AddRun(run, firsts, i, to);
-    } else {
-      for (int axis = 0; axis < 3; ++axis) run.place[axis] = firsts.GetPlaces(axis)[i];
-      run.value = firsts.GetValues()[i];
-      AddRunPlainly(run);
-    }
-  }
+  for (int i = from.first; i < from.first + from.count; ++i) AddRun(run, firsts, i, to, canEstimate, place);
   unflushed_ += std::int64_t{from.count} * to.count;
   if (unflushed_ >= std::max(kPairsPerSum, static_cast<std::int64_t>(sums_.size()) * 16)) Flush();
 }
@@ -201,19 +188,13 @@ void LagGridFiller::AddPairsWithin(const LagStations& stations, int block) {
     ++rest.first;
     --rest.count;
     pair_kernel::Run run = MakeRun(stations, rest);
-    if (canEstimate) {
-      AddRun(run, stations, i, rest);
-    } else {
-      for (int axis = 0; axis < 3; ++axis) run.place[axis] = stations.GetPlaces(axis)[i];
-      run.value = stations.GetValues()[i];
-      AddRunPlainly(run);
-    }
+    AddRun(run, stations, i, rest, canEstimate, Place::kUnsure);
   }
   unflushed_ += std::int64_t{whole.count} * whole.count / 2;
 }
 
-void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station,
-                           const LagStations::Block& block) {
+inline void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station,
+                                  const LagStations::Block& block, bool canEstimate, Place place) {
   Point3 distance;
   for (int axis = 0; axis < 3; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
@@ -222,10 +203,11 @@ void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int
     run.from[axis] = static_cast<float>(offset);
     distance[a] = std::fabs(offset);
   }
-  const Gap gap = GetGap(distance, block.reach);
-  if (IsOutOfReach(gap)) return;
-  run.surelyInside = IsInside(gap);
   run.value = firsts.GetValues()[station];
+  if (!canEstimate) return AddRunPlainly(run);
+  if (place == Place::kUnsure) place = GetPlace(distance, block.reach);
+  if (place == Place::kOut) return;
+  run.surelyInside = place == Place::kInside;
   kernel_(run);
 }
 

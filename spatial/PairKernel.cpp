@@ -116,38 +116,57 @@ TALLYSCOPE_INLINE std::int32_t EstimateCell(const Run& run, const Estimate& e, i
                               run.places[2][j] - run.place[2]);
 }
 
-TALLYSCOPE_INLINE void AddPair(const Run& run, int j, std::int32_t cell) {
-  if (cell < 0) [[unlikely]] {
-    cell = DecideCell(run, j);
-    if (cell < 0) return;
+// What a pair adds to its cell, the covariance in the lower half of a register, the moment in the upper. A copy of
+// what it reads of the run: the sums could be any memory, so the run's members would be read again for each pair.
+class Adder {
+ public:
+  TALLYSCOPE_INLINE explicit Adder(const Run& run)
+      : values_(run.values),
+        sums_(run.sums),
+        pairs_(run.pairs),
+        zeroAndRaw_{0.0, run.value.raw},
+        centred_(run.value.centred) {}
+
+  TALLYSCOPE_INLINE void Add(const Run& run, int j, std::int32_t cell) const {
+    if (cell < 0) [[unlikely]] {
+      cell = DecideCell(run, j);
+      if (cell < 0) return;
+    }
+    const Two there = {values_[j].centred, values_[j].raw};
+    const Two less = there - zeroAndRaw_;
+    const Two with = {centred_, less[1]};
+    *reinterpret_cast<Two*>(sums_ + cell) += less * with;
+    ++pairs_[cell];
   }
-  const Two zeroAndRaw = {0.0, run.value.raw};
-  const Two there = {run.values[j].centred, run.values[j].raw};
-  const Two less = there - zeroAndRaw;
-  const Two with = {run.value.centred, less[1]};
-  Two* sums = reinterpret_cast<Two*>(run.sums + cell);
-  *sums += less * with;
-  ++run.pairs[cell];
-}
+
+ private:
+  const LagStations::Value* values_;
+  Sums* sums_;
+  std::uint32_t* pairs_;
+  Two zeroAndRaw_;
+  double centred_;
+};
 
 template <Shape kShape>
 TALLYSCOPE_INLINE void AddRun(const Run& run) {
   constexpr int kStep = LagStations::kSpare;
   alignas(64) std::int32_t cells[LagStations::kBlock + kStep];
   const Estimate estimate = *run.estimate;
-  const int padded = (run.count + kStep - 1) / kStep * kStep;
+  const int count = run.count;
+  const int padded = (count + kStep - 1) / kStep * kStep;
   for (int j = 0; j < padded; ++j) cells[j] = EstimateCell<kShape>(run, estimate, j);
+  const Adder adder(run);
   if (run.surelyInside) {
-    for (int j = 0; j < run.count; ++j) AddPair(run, j, cells[j]);
+    for (int j = 0; j < count; ++j) adder.Add(run, j, cells[j]);
     return;
   }
   std::int32_t kept[LagStations::kBlock];
-  int count = 0;
-  for (int j = 0; j < run.count; ++j) {
-    kept[count] = j;
-    count += static_cast<int>(cells[j] != kOutside);
+  int keptCount = 0;
+  for (int j = 0; j < count; ++j) {
+    kept[keptCount] = j;
+    keptCount += static_cast<int>(cells[j] != kOutside);
   }
-  for (int k = 0; k < count; ++k) AddPair(run, kept[k], cells[kept[k]]);
+  for (int k = 0; k < keptCount; ++k) adder.Add(run, kept[k], cells[kept[k]]);
 }
 
 template <Shape kShape>
