@@ -44,8 +44,12 @@ constexpr double kMostPerUnit = 1e140;
 constexpr double kSlack = 1 + 1e-6;  // far more than any rounding of a distance
 constexpr float kNeverDoubtful = 2.0f;
 constexpr int kMostFloatCells = 1 << 24;  // cell numbers beyond aren't exact in float
-// Sums are closed and added up after so many pairs, which keeps rounding far below a millionth of a millionth.
-constexpr std::int64_t kPairsPerSum = std::int64_t{1} << 20;
+
+// Sums over many pairs drift off if the pairs are alike, by half a unit in the last place each at worst. A sum of this
+// many is closed and added to the total of its cell.
+constexpr std::uint32_t kManyPairs = 4096;
+constexpr std::int64_t kLeastPairsPerLook = 1 << 12;
+constexpr std::int64_t kMostPairsPerLook = 1 << 15;
 
 float GetGuard(double error) {
   return static_cast<float>(0.5 - error - kU);
@@ -175,8 +179,7 @@ void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const La
   pair_kernel::Run run = MakeRun(seconds, to);
   const bool canEstimate = SetUpGuards(largest);
   for (int i = from.first; i < from.first + from.count; ++i) AddRun(run, firsts, i, to, canEstimate, place);
-  unflushed_ += std::int64_t{from.count} * to.count;
-  if (unflushed_ >= std::max(kPairsPerSum, static_cast<std::int64_t>(sums_.size()) * 16)) Flush();
+  CountPairs(std::int64_t{from.count} * to.count);
 }
 
 void LagGridFiller::AddPairsWithin(const LagStations& stations, int block) {
@@ -190,7 +193,7 @@ void LagGridFiller::AddPairsWithin(const LagStations& stations, int block) {
     pair_kernel::Run run = MakeRun(stations, rest);
     AddRun(run, stations, i, rest, canEstimate, Place::kUnsure);
   }
-  unflushed_ += std::int64_t{whole.count} * whole.count / 2;
+  CountPairs(std::int64_t{whole.count} * whole.count / 2);
 }
 
 inline void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station,
@@ -222,6 +225,18 @@ void LagGridFiller::AddRunPlainly(const pair_kernel::Run& run) {
     sums_[c].moment += difference * difference;
     ++pairs_[c];
   }
+}
+
+// Looks at the sums when the fullest of them could hold many pairs, if pairs go on as they have since the last close.
+void LagGridFiller::CountPairs(std::int64_t pairs) {
+  unflushed_ += pairs;
+  if (unflushed_ < lookAt_) return;
+  std::uint32_t most = 1;  // or up to twice as many
+  for (const std::uint32_t count : pairs_) most |= count;
+  const std::int64_t many = kManyPairs * unflushed_ / most;
+  const std::int64_t longest = std::max(kMostPairsPerLook, static_cast<std::int64_t>(pairs_.size()) * 8);
+  if (most >= kManyPairs) Flush();
+  lookAt_ = unflushed_ + std::clamp(many - unflushed_, kLeastPairsPerLook, longest);
 }
 
 void LagGridFiller::Flush() {

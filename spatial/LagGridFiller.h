@@ -45,6 +45,7 @@ class LagGridFiller {
   void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, const LagStations::Block& block,
               bool canEstimate, Place place);
   void AddRunPlainly(const pair_kernel::Run& run);
+  void CountPairs(std::int64_t pairs);
   void Flush();
 
   const LagBinning& binning_;
@@ -57,6 +58,7 @@ class LagGridFiller {
   std::vector<std::uint32_t> pairs_;
   std::vector<Total> totals_;
   std::int64_t unflushed_ = 0;
+  std::int64_t lookAt_ = 0;
 };
 
 }  // namespace tallyscope
