@@ -47,7 +47,7 @@ void Apply(const Settings& settings, CStats_Spatial& spatial) {
 // Enough for many leaves, few enough for the referee.
 std::vector<Cloud> SomeNastyClouds() {
   std::vector<Cloud> clouds = NastyClouds();
-  for (Cloud& cloud : clouds) cloud.points.resize(std::min<std::size_t>(cloud.points.size(), 700));
+  for (Cloud& cloud : clouds) cloud.points.resize(std::min<std::size_t>(cloud.points.size(), 450));
   return clouds;
 }
 
@@ -149,7 +149,7 @@ TEST(LagGrid, AgreesWithThePlainFormulaOnNastyClouds) {
   for (const Cloud& cloud : clouds) {
     CMadeTable flat = TableOf(cloud, 2);
     CMadeTable solid = TableOf(cloud, 3);
-    for (const double range : {0.3, 5.0, 12.0}) {
+    for (const double range : {0.3, 12.0}) {
       ExpectRefereesGrid(flat, {kPlane | kPolarFlag | kSearch, range, {50, 72, 36}}, cloud.name);
       ExpectRefereesGrid(flat, {kPlane | kSearch, range, {40, 40, 40}}, cloud.name);
       ExpectRefereesGrid(solid, {kSolid | kPolarFlag | kSearch, range, {25, 36, 18}}, cloud.name);
@@ -197,7 +197,7 @@ TEST(LagGrid, TakesEveryNthStationAcrossLeaves) {
   for (const Cloud& cloud : SomeNastyClouds()) {
     CMadeTable flat = TableOf(cloud, 2);
     CMadeTable solid = TableOf(cloud, 3);
-    for (const int limit : {1, 2, 30, 300, 333, 700, 100000, -1, std::numeric_limits<int>::max()}) {
+    for (const int limit : {1, 30, 150, 170, 100000, -1, std::numeric_limits<int>::max()}) {
       ExpectRefereesGrid(flat, {kPlane | kPolarFlag | kSearch | kSample, 0.4, {50, 72, 36}, limit}, cloud.name);
       ExpectRefereesGrid(solid, {kSolid | kSearch | kSample, 6, {10, 10, 10}, limit}, cloud.name);
     }
@@ -294,10 +294,10 @@ TEST(LagGrid, PlacesOfPairs) {
   }
 }
 
-// Ten stations to a lag of which each difference is 0.1 or 0: naive sums of a million would drift off.
+// Differences of 0.3 or none: plain sums over a million of them drift off.
 TEST(LagGrid, SumsDontDriftOverMillionsOfEqualPairs) {
   std::vector<std::vector<double>> columns(3);
-  for (int i = 0; i < 6000; ++i) {
+  for (int i = 0; i < 2500; ++i) {
     columns[0].push_back(i % 2);
     columns[1].push_back(i % 3 * 1e-4);
     columns[2].push_back(i % 2 == 0 ? 0.1 : 0.4);
