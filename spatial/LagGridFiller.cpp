@@ -127,23 +127,17 @@ bool LagGridFiller::SetUpGuards(double largest) {
   return true;
 }
 
-// Of all pairs that are so far apart, give or take the reach: what isn't a number may be anywhere.
-inline LagGridFiller::Place LagGridFiller::GetPlace(const Point3& distance, const Point3& reach) const {
+// Whether all pairs that are so far apart, less the reach on each axis, are out of range. What isn't a number may be
+// anywhere.
+bool LagGridFiller::IsOutOfReach(const Point3& distance, const Point3& reach) const {
+  double square = 0;
   bool isOut = false;
-  bool isInside = true;
-  double least = 0;
-  double most = 0;
   for (std::size_t axis = 0; axis < 3; ++axis) {
     const double gap = std::max(0.0, distance[axis] - reach[axis]);
-    const double span = distance[axis] + reach[axis];
-    least += gap * gap;
-    most += span * span;
+    square += gap * gap;
     isOut = isOut || gap > limits_[axis];
-    isInside = isInside && span * kSlack < limits_[axis];
   }
-  const double square = limits_[0] * limits_[0];
-  if (binning_.IsPolar() ? least > square : isOut) return Place::kOut;
-  return (binning_.IsPolar() ? most * kSlack < square : isInside) ? Place::kInside : Place::kUnsure;
+  return binning_.IsPolar() ? square > limits_[0] * limits_[0] : isOut;
 }
 
 pair_kernel::Run LagGridFiller::MakeRun(const LagStations& stations, const LagStations::Block& block) {
@@ -174,11 +168,13 @@ void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const La
     const double sum = distance[axis] + reach[axis];
     if (!(sum <= largest)) largest = sum;  // also if it isn't a number
   }
-  const Place place = estimates_ ? GetPlace(distance, reach) : Place::kUnsure;
-  if (place == Place::kOut) return;
-  pair_kernel::Run run = MakeRun(seconds, to);
+  if (estimates_ && IsOutOfReach(distance, reach)) return;
   const bool canEstimate = SetUpGuards(largest);
-  for (int i = from.first; i < from.first + from.count; ++i) AddRun(run, firsts, i, to, canEstimate, place);
+  if (canEstimate) FindFroms(firsts, from, to);
+  pair_kernel::Run run = MakeRun(seconds, to);
+  for (int i = 0; i < from.count; ++i) {
+    if (!canEstimate || !isOut_[i]) AddRun(run, firsts, from.first + i, i, canEstimate);
+  }
   CountPairs(std::int64_t{from.count} * to.count);
 }
 
@@ -186,32 +182,52 @@ void LagGridFiller::AddPairsWithin(const LagStations& stations, int block) {
   const LagStations::Block& whole = stations.GetBlock(block);
   if (sums_.empty()) return;
   const bool canEstimate = SetUpGuards(2 * std::max({whole.reach[0], whole.reach[1], whole.reach[2]}));
+  if (canEstimate) FindFroms(stations, whole, whole);
   LagStations::Block rest = whole;
-  for (int i = whole.first; i + 1 < whole.first + whole.count; ++i) {
+  for (int i = 0; i + 1 < whole.count; ++i) {
     ++rest.first;
     --rest.count;
     pair_kernel::Run run = MakeRun(stations, rest);
-    AddRun(run, stations, i, rest, canEstimate, Place::kUnsure);
+    AddRun(run, stations, whole.first + i, i, canEstimate);
   }
   CountPairs(std::int64_t{whole.count} * whole.count / 2);
 }
 
-inline void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station,
-                                  const LagStations::Block& block, bool canEstimate, Place place) {
-  Point3 distance;
+// Where the stations of a block are from the middle of another one, and which of them are out of its reach.
+void LagGridFiller::FindFroms(const LagStations& firsts, const LagStations::Block& from, const LagStations::Block& to) {
+  double squares[LagStations::kBlock] = {};
   for (int axis = 0; axis < 3; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
+    const double* places = firsts.GetPlaces(axis) + from.first;
+    const double centre = to.centre[a];
+    const double perUnit = perUnit_[a];
+    const double reach = to.reach[a];
+    // A distance of an axis alone counts as the limit's: beyond it on one axis is beyond it.
+    const double scale = binning_.IsPolar() ? 1 : limits_[0] / limits_[a];
+    for (int i = 0; i < from.count; ++i) {
+      const double offset = (places[i] - centre) * perUnit;
+      const double least = std::fabs(offset) - reach;
+      const double gap = (least > 0 ? least : 0) * scale;
+      froms_[axis][i] = static_cast<float>(offset);
+      squares[i] = binning_.IsPolar() ? squares[i] + gap * gap : std::max(squares[i], gap * gap);
+    }
+  }
+  const double limit = limits_[0] * limits_[0];
+  for (int i = 0; i < from.count; ++i) isOut_[i] = squares[i] > limit * kSlack;
+}
+
+inline void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, int entry,
+                                  bool canEstimate) {
+  for (int axis = 0; axis < 3; ++axis) {
     run.place[axis] = firsts.GetPlaces(axis)[station];
-    const double offset = (run.place[axis] - block.centre[a]) * perUnit_[a];
-    run.from[axis] = static_cast<float>(offset);
-    distance[a] = std::fabs(offset);
+    run.from[axis] = froms_[axis][entry];
   }
   run.value = firsts.GetValues()[station];
-  if (!canEstimate) return AddRunPlainly(run);
-  if (place == Place::kUnsure) place = GetPlace(distance, block.reach);
-  if (place == Place::kOut) return;
-  run.surelyInside = place == Place::kInside;
-  kernel_(run);
+  if (canEstimate) {
+    kernel_(run);
+  } else {
+    AddRunPlainly(run);
+  }
 }
 
 void LagGridFiller::AddRunPlainly(const pair_kernel::Run& run) {

@@ -31,19 +31,18 @@ class LagGridFiller {
   void Finish(LagGrid& grid);
 
  private:
-  enum class Place { kOut, kUnsure, kInside };
   struct Total {
     std::int64_t pairs = 0;
     double covariance = 0;
     double moment = 0;
   };
 
-  Place GetPlace(const Point3& distance, const Point3& reach) const;
+  bool IsOutOfReach(const Point3& distance, const Point3& reach) const;
   void SetUpEstimate();
   bool SetUpGuards(double largest);
   pair_kernel::Run MakeRun(const LagStations& stations, const LagStations::Block& block);
-  void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, const LagStations::Block& block,
-              bool canEstimate, Place place);
+  void FindFroms(const LagStations& firsts, const LagStations::Block& from, const LagStations::Block& to);
+  void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, int entry, bool canEstimate);
   void AddRunPlainly(const pair_kernel::Run& run);
   void CountPairs(std::int64_t pairs);
   void Flush();
@@ -54,6 +53,8 @@ class LagGridFiller {
   bool estimates_ = false;  // whether the grid is one that can be estimated at all
   pair_kernel::Kernel kernel_ = nullptr;
   pair_kernel::Estimate estimate_;
+  float froms_[3][LagStations::kBlock] = {};  // of the block at hand
+  bool isOut_[LagStations::kBlock] = {};
   std::vector<pair_kernel::Sums> sums_;
   std::vector<std::uint32_t> pairs_;
   std::vector<Total> totals_;

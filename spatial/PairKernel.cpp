@@ -10,8 +10,10 @@ namespace tallyscope::pair_kernel {
 
 namespace {
 
-constexpr std::int32_t kDoubtful = -1;
-constexpr std::int32_t kOutside = -2;
+// In place of a cell: too far, and not sure. A bit tells whether there is one that isn't sure among many.
+constexpr std::int32_t kOutside = -0x7fffffff - 1;
+constexpr std::int32_t kDoubt = 0x40000000;
+constexpr std::int32_t kDoubtful = kOutside | kDoubt;
 
 using Two [[gnu::vector_size(16), gnu::may_alias]] = double;
 
@@ -111,13 +113,23 @@ TALLYSCOPE_INLINE std::int32_t EstimateCell(const Run& run, const Estimate& e, i
   }
 }
 
-[[gnu::noinline, gnu::cold]] std::int32_t DecideCell(const Run& run, int j) {
-  return run.binning->GetCell(run.places[0][j] - run.place[0], run.places[1][j] - run.place[1],
-                              run.places[2][j] - run.place[2]);
+// By the plain formula.
+[[gnu::noinline]] void DecideDoubts(const Run& run, std::int32_t* cells) {
+  int doubtful[LagStations::kBlock];
+  int count = 0;
+  for (int j = 0; j < run.count; ++j) {
+    doubtful[count] = j;
+    count += static_cast<int>(cells[j] == kDoubtful);
+  }
+  for (int k = 0; k < count; ++k) {
+    const int j = doubtful[k];
+    cells[j] = run.binning->GetCell(run.places[0][j] - run.place[0], run.places[1][j] - run.place[1],
+                                    run.places[2][j] - run.place[2]);
+  }
 }
 
-// What a pair adds to its cell, the covariance in the lower half of a register, the moment in the upper. A copy of
-// what it reads of the run: the sums could be any memory, so the run's members would be read again for each pair.
+// Adds pairs to their cells: the covariance in the lower half of a register, the moment in the upper. A copy of what it
+// reads of the run, since the sums could be any memory and the run would be read again for each pair.
 class Adder {
  public:
   TALLYSCOPE_INLINE explicit Adder(const Run& run)
@@ -127,11 +139,7 @@ class Adder {
         zeroAndRaw_{0.0, run.value.raw},
         centred_(run.value.centred) {}
 
-  TALLYSCOPE_INLINE void Add(const Run& run, int j, std::int32_t cell) const {
-    if (cell < 0) [[unlikely]] {
-      cell = DecideCell(run, j);
-      if (cell < 0) return;
-    }
+  TALLYSCOPE_INLINE void Add(int j, std::int32_t cell) const {
     const Two there = {values_[j].centred, values_[j].raw};
     const Two less = there - zeroAndRaw_;
     const Two with = {centred_, less[1]};
@@ -150,23 +158,28 @@ class Adder {
 template <Shape kShape>
 TALLYSCOPE_INLINE void AddRun(const Run& run) {
   constexpr int kStep = LagStations::kSpare;
-  alignas(64) std::int32_t cells[LagStations::kBlock + kStep];
+  alignas(64) std::int32_t cells[LagStations::kBlock + 2 * kStep];
   const Estimate estimate = *run.estimate;
   const int count = run.count;
   const int padded = (count + kStep - 1) / kStep * kStep;
   for (int j = 0; j < padded; ++j) cells[j] = EstimateCell<kShape>(run, estimate, j);
+  for (int j = count; j < count + kStep; ++j) cells[j] = 0;
+  std::int32_t all = 0;
+  for (int j = 0; j < padded; ++j) all |= cells[j];
+
   const Adder adder(run);
-  if (run.surelyInside) {
-    for (int j = 0; j < count; ++j) adder.Add(run, j, cells[j]);
+  if (all >= 0) {
+    for (int j = 0; j < count; ++j) adder.Add(j, cells[j]);
     return;
   }
-  std::int32_t kept[LagStations::kBlock];
-  int keptCount = 0;
+  if ((all & kDoubt) != 0) DecideDoubts(run, cells);
+  std::int32_t inside[LagStations::kBlock];
+  int insideCount = 0;
   for (int j = 0; j < count; ++j) {
-    kept[keptCount] = j;
-    keptCount += static_cast<int>(cells[j] != kOutside);
+    inside[insideCount] = j;
+    insideCount += static_cast<int>(cells[j] >= 0);
   }
-  for (int k = 0; k < keptCount; ++k) adder.Add(run, kept[k], cells[kept[k]]);
+  for (int k = 0; k < insideCount; ++k) adder.Add(inside[k], cells[inside[k]]);
 }
 
 template <Shape kShape>
