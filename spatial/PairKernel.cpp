@@ -193,8 +193,14 @@ template <Shape kShape>
   AddRun<kShape>(run);
 }
 
+#if defined(__clang__)
+#define TALLYSCOPE_AVX512 "avx2,avx512f,avx512vl,avx512bw,avx512dq"
+#else
+#define TALLYSCOPE_AVX512 "avx2,avx512f,avx512vl,avx512bw,avx512dq,prefer-vector-width=512"
+#endif
+
 template <Shape kShape>
-[[gnu::target("avx2,avx512f,avx512vl,avx512bw,avx512dq,prefer-vector-width=512")]] void AddRunAvx512(const Run& run) {
+[[gnu::target(TALLYSCOPE_AVX512)]] void AddRunAvx512(const Run& run) {
   AddRun<kShape>(run);
 }
 #endif

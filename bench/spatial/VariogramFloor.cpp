@@ -31,47 +31,56 @@ Shape GetShape(int axes, bool cartesian) {
   return y > x ? 1.57079633f - angle : angle;
 }
 
-// The cells of one station's pairs with a tile, -1 for those out of range.
+struct Scale {
+  float perLag, lags, rows, perRow;
+};
+
+// The cell of a separation, -1 out of range.
 template <int kAxes, bool kCartesian>
-[[gnu::always_inline]] inline void FindCells(const float* const* at, int count, const float* from, const Shape& shape,
-                                             float perLag, std::int32_t* cells) {
-  const auto lags = static_cast<float>(shape.lags);
-  const auto rows = static_cast<float>(shape.rows);
-  const float perRow = rows / 6.2831853f;
-  for (int j = 0; j < count; ++j) {
-    float dx = (at[0][j] - from[0]) * perLag;
-    const float dy = (at[1][j] - from[1]) * perLag;
-    if (kCartesian) {
-      dx = dy < 0 ? -dx : dx;
-      const float x = dx + 0.5f * lags;
-      const float y = std::fabs(dy) + 0.5f * rows;
-      const bool out = !(x >= 0 && x < lags && y < rows);
-      cells[j] =
-          out ? shape.lags : static_cast<std::int32_t>(static_cast<float>(static_cast<std::int32_t>(y)) * lags + x);
-      continue;
-    }
-    const float dz = kAxes > 2 ? (at[2][j] - from[2]) * perLag : 0;
+[[gnu::always_inline]] inline std::int32_t FindCell(float dx, float dy, float dz, const Scale& scale) {
+  if constexpr (kCartesian) {
+    const float lags = scale.lags;
+    const float rows = scale.rows;
+    const float x = dx * std::copysign(1.0f, dy) + 0.5f * lags;
+    const float y = std::fabs(dy) + 0.5f * rows;
+    const float row = static_cast<float>(static_cast<std::int32_t>(y));
+    const auto cell = static_cast<std::int32_t>(row * lags + x);
+    const float acrossX = std::fabs(x - 0.5f * lags) / lags;
+    const float acrossY = std::fabs(dy) / rows;
+    const float across = acrossX > acrossY ? acrossX : acrossY;
+    return across < 0.5f ? cell : -1;
+  } else {
     const float square = dx * dx + dy * dy;
     const float distance = std::sqrt(square + dz * dz);
-    const float lag = distance < lags ? distance : lags;
+    const float lag = distance < scale.lags ? distance : scale.lags;
     float angle = GetAngle(std::fabs(dx), std::fabs(dy));
-    angle = (dx < 0) != (dy < 0) ? 3.14159265f - angle : angle;
-    auto row = static_cast<float>(static_cast<std::int32_t>(angle * perRow));
-    if (kAxes > 2) {
+    angle = dx * dy < 0 ? 3.14159265f - angle : angle;
+    float row = static_cast<float>(static_cast<std::int32_t>(angle * scale.perRow));
+    if constexpr (kAxes > 2) {
       const float steep = GetAngle(std::sqrt(square), std::fabs(dz)) * (9 / 1.57079633f);
-      const float dip = (dz < 0) != (dy < 0) ? 9 - steep : 9 + steep;
-      row += static_cast<float>(static_cast<std::int32_t>(dip)) * rows;
+      const float dip = dz * dy < 0 ? 9 - steep : 9 + steep;
+      row += static_cast<float>(static_cast<std::int32_t>(dip)) * scale.rows;
     }
-    const auto cell = static_cast<std::int32_t>(row * lags + static_cast<float>(static_cast<std::int32_t>(lag)));
-    cells[j] = lag < lags ? cell : -1;
+    const auto cell = static_cast<std::int32_t>(row * scale.lags + static_cast<float>(static_cast<std::int32_t>(lag)));
+    return lag < scale.lags ? cell : -1;
+  }
+}
+
+template <int kAxes, bool kCartesian>
+[[gnu::always_inline]] inline void FindCells(const float* const* at, int count, const float* from, const Scale& given,
+                                             std::int32_t* cells) {
+  const Scale scale = given;
+  for (int j = 0; j < count; ++j) {
+    const float dz = kAxes > 2 ? (at[2][j] - from[2]) * scale.perLag : 0;
+    cells[j] = FindCell<kAxes, kCartesian>((at[0][j] - from[0]) * scale.perLag, (at[1][j] - from[1]) * scale.perLag, dz,
+                                           scale);
   }
 }
 
 struct Work {
   const float* at[3];
   const double* values;
-  float perLag;
-  Shape shape;
+  Scale scale;
   Floor::Sums* sums;
   std::uint32_t* pairs;
 };
@@ -88,22 +97,28 @@ template <int kAxes, bool kCartesian>
       at[axis] = work.at[axis] + first;
       from[axis] = work.at[axis][i];
     }
-    FindCells<kAxes, kCartesian>(at, (count + kStep - 1) / kStep * kStep, from, work.shape, work.perLag, cells);
+    FindCells<kAxes, kCartesian>(at, (count + kStep - 1) / kStep * kStep, from, work.scale, cells);
+    const double value = work.values[i];
+    const auto add = [&](int j) __attribute__((always_inline)) {
+      Floor::Sums& sums = work.sums[cells[j]];
+      const double other = work.values[first + j];
+      sums.covariance += value * other;
+      sums.moment += (value - other) * (value - other);
+      ++work.pairs[cells[j]];
+    };
+    std::int32_t all = 0;
+    for (int j = 0; j < count; ++j) all |= cells[j];
+    if (all >= 0) {
+      for (int j = 0; j < count; ++j) add(j);
+      continue;
+    }
     std::int32_t kept[kTile];
     int keptCount = 0;
     for (int j = 0; j < count; ++j) {
       kept[keptCount] = j;
       keptCount += static_cast<int>(cells[j] >= 0);
     }
-    const double value = work.values[i];
-    for (int k = 0; k < keptCount; ++k) {
-      const int j = kept[k];
-      Floor::Sums& sums = work.sums[cells[j]];
-      const double other = work.values[first + j];
-      sums.covariance += value * other;
-      sums.moment += (value - other) * (value - other);
-      ++work.pairs[cells[j]];
-    }
+    for (int k = 0; k < keptCount; ++k) add(kept[k]);
   }
 }
 
@@ -166,9 +181,10 @@ std::int64_t Floor::Run() {
   const auto cells = static_cast<std::size_t>(shape.lags * (shape.rows + 1) * (shape.levels + 1));
   std::vector<Sums> sums(cells);
   std::vector<std::uint32_t> pairs(cells);
-  const auto perLag = static_cast<float>((cartesian_ ? shape.lags / 2 : shape.lags) / range_);
-  const Work work{
-      {at_[0].data(), at_[1].data(), at_[2].data()}, values_.data(), perLag, shape, sums.data(), pairs.data()};
+  const auto rows = static_cast<float>(shape.rows);
+  const Scale scale{static_cast<float>((cartesian_ ? shape.lags / 2 : shape.lags) / range_),
+                    static_cast<float>(shape.lags), rows, rows / 6.2831853f};
+  const Work work{{at_[0].data(), at_[1].data(), at_[2].data()}, values_.data(), scale, sums.data(), pairs.data()};
   const auto add = axes_ == 3 ? AddTilesWide<3, false> : cartesian_ ? AddTilesWide<2, true> : AddTilesWide<2, false>;
   const auto limit = static_cast<float>(range_);
   for (std::size_t a = 0; a < tiles_.size(); ++a) {
