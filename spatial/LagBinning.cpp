@@ -43,9 +43,9 @@ LagBinning::LagBinning(const CStats_Spatial& settings) : polar_((settings.lagFla
     active_[axis] = (settings.lagFlags & CStats_Spatial::kLagX << axis) != 0;
     if (active_[axis]) counts_[axis] = std::max(0, settings.lagCount[axis]);
     if (active_[axis] && !polar_) halves_[axis] = std::max(1, counts_[axis] / 2);
-    if (cells <= kMostCells) cells *= counts_[axis];
+    if (cells <= kMostCells) cells *= std::max(1, counts_[axis]);
   }
-  if (cells <= kMostCells) cellCount_ = static_cast<int>(cells);
+  if (cells <= kMostCells) cellCount_ = counts_[0] * counts_[1] * counts_[2];
   for (std::size_t axis = 0; axis < 3; ++axis) {
     widths_[axis] = polar_ ? settings.lagRange[0] / counts_[0] : 2 * settings.lagRange[axis] / counts_[axis];
   }

@@ -44,8 +44,12 @@ constexpr double kMostPerUnit = 1e140;
 constexpr double kSlack = 1 + 1e-6;  // far more than any rounding of a distance
 constexpr float kNeverDoubtful = 2.0f;
 constexpr int kMostFloatCells = 1 << 24;  // cell numbers beyond aren't exact in float
-// Sums are closed and added up after so many pairs, which keeps rounding far below a millionth of a millionth.
-constexpr std::int64_t kPairsPerSum = std::int64_t{1} << 20;
+
+// Sums over many pairs drift off if the pairs are alike, by half a unit in the last place each at worst. A sum of this
+// many is closed and added to the total of its cell.
+constexpr std::uint32_t kManyPairs = 4096;
+constexpr std::int64_t kLeastPairsPerLook = 1 << 12;
+constexpr std::int64_t kMostPairsPerLook = 1 << 15;
 
 float GetGuard(double error) {
   return static_cast<float>(0.5 - error - kU);
@@ -67,6 +71,10 @@ LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level
     if (!(perUnit_[a] > kLeastPerUnit && perUnit_[a] < kMostPerUnit) || !isSplit) estimates_ = false;
   }
   if (!estimates_) perUnit_ = {};
+  for (int axis = 0; axis < 3; ++axis) {
+    const double limit = binning.IsPolar() ? binning.GetCount(0) : binning.IsActive(axis) ? binning.GetHalf(axis) : 1;
+    limits_[static_cast<std::size_t>(axis)] = limit * kSlack;
+  }
   SetUpEstimate();
   const Shape polar = binning.IsActive(2) ? Shape::kSolid : Shape::kPlane;
   kernel_ = pair_kernel::GetKernel(binning.IsPolar() ? polar : Shape::kBoxes, level);
@@ -119,33 +127,17 @@ bool LagGridFiller::SetUpGuards(double largest) {
   return true;
 }
 
-LagGridFiller::Gap LagGridFiller::GetGap(const Point3& distance, const Point3& reach) {
-  Gap gap;
+// Whether all pairs that are so far apart, less the reach on each axis, are out of range. What isn't a number may be
+// anywhere.
+bool LagGridFiller::IsOutOfReach(const Point3& distance, const Point3& reach) const {
+  double square = 0;
+  bool isOut = false;
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    gap.least[axis] = std::max(0.0, distance[axis] - reach[axis]);
-    gap.most[axis] = distance[axis] + reach[axis];
+    const double gap = std::max(0.0, distance[axis] - reach[axis]);
+    square += gap * gap;
+    isOut = isOut || gap > limits_[axis];
   }
-  return gap;
-}
-
-bool LagGridFiller::IsOutOfReach(const Gap& gap) const {
-  const auto& [x, y, z] = gap.least;
-  if (binning_.IsPolar()) return std::sqrt(x * x + y * y + z * z) > binning_.GetCount(0) * kSlack;
-  for (int axis = 0; axis < 3; ++axis) {
-    if (gap.least[static_cast<std::size_t>(axis)] > binning_.GetHalf(axis) * kSlack) return true;
-  }
-  return false;
-}
-
-bool LagGridFiller::IsInside(const Gap& gap) const {
-  const auto& [x, y, z] = gap.most;
-  if (binning_.IsPolar()) return std::sqrt(x * x + y * y + z * z) * kSlack < binning_.GetCount(0);
-  for (int axis = 0; axis < 3; ++axis) {
-    if (binning_.IsActive(axis) && !(gap.most[static_cast<std::size_t>(axis)] * kSlack < binning_.GetHalf(axis))) {
-      return false;
-    }
-  }
-  return true;
+  return binning_.IsPolar() ? square > limits_[0] * limits_[0] : isOut;
 }
 
 pair_kernel::Run LagGridFiller::MakeRun(const LagStations& stations, const LagStations::Block& block) {
@@ -166,7 +158,7 @@ pair_kernel::Run LagGridFiller::MakeRun(const LagStations& stations, const LagSt
 void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const LagStations& seconds, int secondBlock) {
   const LagStations::Block& from = firsts.GetBlock(firstBlock);
   const LagStations::Block& to = seconds.GetBlock(secondBlock);
-  if (sums_.empty() || from.count == 0 || to.count == 0) return;
+  if (sums_.empty()) return;
   Point3 distance;
   Point3 reach;
   double largest = 0;
@@ -176,57 +168,66 @@ void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const La
     const double sum = distance[axis] + reach[axis];
     if (!(sum <= largest)) largest = sum;  // also if it isn't a number
   }
-  if (estimates_ && IsOutOfReach(GetGap(distance, reach))) return;
-  pair_kernel::Run run = MakeRun(seconds, to);
+  if (estimates_ && IsOutOfReach(distance, reach)) return;
   const bool canEstimate = SetUpGuards(largest);
-  for (int i = from.first; i < from.first + from.count; ++i) {
-    if (canEstimate) {
-      AddRun(run, firsts, i, to);
-    } else {
-      for (int axis = 0; axis < 3; ++axis) run.place[axis] = firsts.GetPlaces(axis)[i];
-      run.value = firsts.GetValues()[i];
-      AddRunPlainly(run);
-    }
+  if (canEstimate) FindFroms(firsts, from, to);
+  pair_kernel::Run run = MakeRun(seconds, to);
+  for (int i = 0; i < from.count; ++i) {
+    if (!canEstimate || !isOut_[i]) AddRun(run, firsts, from.first + i, i, canEstimate);
   }
-  unflushed_ += std::int64_t{from.count} * to.count;
-  if (unflushed_ >= std::max(kPairsPerSum, static_cast<std::int64_t>(sums_.size()) * 16)) Flush();
+  CountPairs(std::int64_t{from.count} * to.count);
 }
 
 void LagGridFiller::AddPairsWithin(const LagStations& stations, int block) {
   const LagStations::Block& whole = stations.GetBlock(block);
   if (sums_.empty()) return;
   const bool canEstimate = SetUpGuards(2 * std::max({whole.reach[0], whole.reach[1], whole.reach[2]}));
+  if (canEstimate) FindFroms(stations, whole, whole);
   LagStations::Block rest = whole;
-  for (int i = whole.first; i + 1 < whole.first + whole.count; ++i) {
+  for (int i = 0; i + 1 < whole.count; ++i) {
     ++rest.first;
     --rest.count;
     pair_kernel::Run run = MakeRun(stations, rest);
-    if (canEstimate) {
-      AddRun(run, stations, i, rest);
-    } else {
-      for (int axis = 0; axis < 3; ++axis) run.place[axis] = stations.GetPlaces(axis)[i];
-      run.value = stations.GetValues()[i];
-      AddRunPlainly(run);
-    }
+    AddRun(run, stations, whole.first + i, i, canEstimate);
   }
-  unflushed_ += std::int64_t{whole.count} * whole.count / 2;
+  CountPairs(std::int64_t{whole.count} * whole.count / 2);
 }
 
-void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station,
-                           const LagStations::Block& block) {
-  Point3 distance;
+// Where the stations of a block are from the middle of another one, and which of them are out of its reach.
+void LagGridFiller::FindFroms(const LagStations& firsts, const LagStations::Block& from, const LagStations::Block& to) {
+  double squares[LagStations::kBlock] = {};
   for (int axis = 0; axis < 3; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
-    run.place[axis] = firsts.GetPlaces(axis)[station];
-    const double offset = (run.place[axis] - block.centre[a]) * perUnit_[a];
-    run.from[axis] = static_cast<float>(offset);
-    distance[a] = std::fabs(offset);
+    const double* places = firsts.GetPlaces(axis) + from.first;
+    const double centre = to.centre[a];
+    const double perUnit = perUnit_[a];
+    const double reach = to.reach[a];
+    // A distance of an axis alone counts as the limit's: beyond it on one axis is beyond it.
+    const double scale = binning_.IsPolar() ? 1 : limits_[0] / limits_[a];
+    for (int i = 0; i < from.count; ++i) {
+      const double offset = (places[i] - centre) * perUnit;
+      const double least = std::fabs(offset) - reach;
+      const double gap = (least > 0 ? least : 0) * scale;
+      froms_[axis][i] = static_cast<float>(offset);
+      squares[i] = binning_.IsPolar() ? squares[i] + gap * gap : std::max(squares[i], gap * gap);
+    }
   }
-  const Gap gap = GetGap(distance, block.reach);
-  if (IsOutOfReach(gap)) return;
-  run.surelyInside = IsInside(gap);
+  const double limit = limits_[0] * limits_[0];
+  for (int i = 0; i < from.count; ++i) isOut_[i] = squares[i] > limit * kSlack;
+}
+
+inline void LagGridFiller::AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, int entry,
+                                  bool canEstimate) {
+  for (int axis = 0; axis < 3; ++axis) {
+    run.place[axis] = firsts.GetPlaces(axis)[station];
+    run.from[axis] = froms_[axis][entry];
+  }
   run.value = firsts.GetValues()[station];
-  kernel_(run);
+  if (canEstimate) {
+    kernel_(run);
+  } else {
+    AddRunPlainly(run);
+  }
 }
 
 void LagGridFiller::AddRunPlainly(const pair_kernel::Run& run) {
@@ -240,6 +241,18 @@ void LagGridFiller::AddRunPlainly(const pair_kernel::Run& run) {
     sums_[c].moment += difference * difference;
     ++pairs_[c];
   }
+}
+
+// Looks at the sums when the fullest of them could hold many pairs, if pairs go on as they have since the last close.
+void LagGridFiller::CountPairs(std::int64_t pairs) {
+  unflushed_ += pairs;
+  if (unflushed_ < lookAt_) return;
+  std::uint32_t most = 1;  // or up to twice as many
+  for (const std::uint32_t count : pairs_) most |= count;
+  const std::int64_t many = kManyPairs * unflushed_ / most;
+  const std::int64_t longest = std::max(kMostPairsPerLook, static_cast<std::int64_t>(pairs_.size()) * 8);
+  if (most >= kManyPairs) Flush();
+  lookAt_ = unflushed_ + std::clamp(many - unflushed_, kLeastPairsPerLook, longest);
 }
 
 void LagGridFiller::Flush() {

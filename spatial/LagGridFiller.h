@@ -31,36 +31,35 @@ class LagGridFiller {
   void Finish(LagGrid& grid);
 
  private:
-  // Separations of a station, or a block, from a block: of each axis, in cells.
-  struct Gap {
-    Point3 least;
-    Point3 most;
-  };
   struct Total {
     std::int64_t pairs = 0;
     double covariance = 0;
     double moment = 0;
   };
 
-  static Gap GetGap(const Point3& distance, const Point3& reach);
-  bool IsOutOfReach(const Gap& gap) const;
-  bool IsInside(const Gap& gap) const;
+  bool IsOutOfReach(const Point3& distance, const Point3& reach) const;
   void SetUpEstimate();
   bool SetUpGuards(double largest);
   pair_kernel::Run MakeRun(const LagStations& stations, const LagStations::Block& block);
-  void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, const LagStations::Block& block);
+  void FindFroms(const LagStations& firsts, const LagStations::Block& from, const LagStations::Block& to);
+  void AddRun(pair_kernel::Run& run, const LagStations& firsts, int station, int entry, bool canEstimate);
   void AddRunPlainly(const pair_kernel::Run& run);
+  void CountPairs(std::int64_t pairs);
   void Flush();
 
   const LagBinning& binning_;
   Point3 perUnit_{};
+  Point3 limits_{};         // of the distances in range, in cells, and a little more
   bool estimates_ = false;  // whether the grid is one that can be estimated at all
   pair_kernel::Kernel kernel_ = nullptr;
   pair_kernel::Estimate estimate_;
+  float froms_[3][LagStations::kBlock] = {};  // of the block at hand
+  bool isOut_[LagStations::kBlock] = {};
   std::vector<pair_kernel::Sums> sums_;
   std::vector<std::uint32_t> pairs_;
   std::vector<Total> totals_;
   std::int64_t unflushed_ = 0;
+  std::int64_t lookAt_ = 0;
 };
 
 }  // namespace tallyscope

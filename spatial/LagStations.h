@@ -15,8 +15,8 @@ namespace tallyscope {
 // co-ordinates have their origin.
 class LagStations {
  public:
-  static constexpr int kBlock = 128;  // most stations of a block
-  static constexpr int kSpare = 16;   // entries that may be read behind the last float
+  static constexpr int kBlock = 96;  // most stations of a block
+  static constexpr int kSpare = 16;  // entries that may be read behind the last float
 
   // A value less the mean of the field, and the value.
   struct Value {

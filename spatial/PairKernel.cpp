@@ -10,8 +10,10 @@ namespace tallyscope::pair_kernel {
 
 namespace {
 
-constexpr std::int32_t kDoubtful = -1;
-constexpr std::int32_t kOutside = -2;
+// In place of a cell: too far, and not sure. A bit tells whether there is one that isn't sure among many.
+constexpr std::int32_t kOutside = -0x7fffffff - 1;
+constexpr std::int32_t kDoubt = 0x40000000;
+constexpr std::int32_t kDoubtful = kOutside | kDoubt;
 
 using Two [[gnu::vector_size(16), gnu::may_alias]] = double;
 
@@ -111,43 +113,73 @@ TALLYSCOPE_INLINE std::int32_t EstimateCell(const Run& run, const Estimate& e, i
   }
 }
 
-[[gnu::noinline, gnu::cold]] std::int32_t DecideCell(const Run& run, int j) {
-  return run.binning->GetCell(run.places[0][j] - run.place[0], run.places[1][j] - run.place[1],
-                              run.places[2][j] - run.place[2]);
+// By the plain formula.
+[[gnu::noinline]] void DecideDoubts(const Run& run, std::int32_t* cells) {
+  int doubtful[LagStations::kBlock];
+  int count = 0;
+  for (int j = 0; j < run.count; ++j) {
+    doubtful[count] = j;
+    count += static_cast<int>(cells[j] == kDoubtful);
+  }
+  for (int k = 0; k < count; ++k) {
+    const int j = doubtful[k];
+    cells[j] = run.binning->GetCell(run.places[0][j] - run.place[0], run.places[1][j] - run.place[1],
+                                    run.places[2][j] - run.place[2]);
+  }
 }
 
-TALLYSCOPE_INLINE void AddPair(const Run& run, int j, std::int32_t cell) {
-  if (cell < 0) [[unlikely]] {
-    cell = DecideCell(run, j);
-    if (cell < 0) return;
+// Adds pairs to their cells: the covariance in the lower half of a register, the moment in the upper. A copy of what it
+// reads of the run, since the sums could be any memory and the run would be read again for each pair.
+class Adder {
+ public:
+  TALLYSCOPE_INLINE explicit Adder(const Run& run)
+      : values_(run.values),
+        sums_(run.sums),
+        pairs_(run.pairs),
+        zeroAndRaw_{0.0, run.value.raw},
+        centred_(run.value.centred) {}
+
+  TALLYSCOPE_INLINE void Add(int j, std::int32_t cell) const {
+    const Two there = {values_[j].centred, values_[j].raw};
+    const Two less = there - zeroAndRaw_;
+    const Two with = {centred_, less[1]};
+    *reinterpret_cast<Two*>(sums_ + cell) += less * with;
+    ++pairs_[cell];
   }
-  const Two zeroAndRaw = {0.0, run.value.raw};
-  const Two there = {run.values[j].centred, run.values[j].raw};
-  const Two less = there - zeroAndRaw;
-  const Two with = {run.value.centred, less[1]};
-  Two* sums = reinterpret_cast<Two*>(run.sums + cell);
-  *sums += less * with;
-  ++run.pairs[cell];
-}
+
+ private:
+  const LagStations::Value* values_;
+  Sums* sums_;
+  std::uint32_t* pairs_;
+  Two zeroAndRaw_;
+  double centred_;
+};
 
 template <Shape kShape>
 TALLYSCOPE_INLINE void AddRun(const Run& run) {
   constexpr int kStep = LagStations::kSpare;
-  alignas(64) std::int32_t cells[LagStations::kBlock + kStep];
+  alignas(64) std::int32_t cells[LagStations::kBlock + 2 * kStep];
   const Estimate estimate = *run.estimate;
-  const int padded = (run.count + kStep - 1) / kStep * kStep;
+  const int count = run.count;
+  const int padded = (count + kStep - 1) / kStep * kStep;
   for (int j = 0; j < padded; ++j) cells[j] = EstimateCell<kShape>(run, estimate, j);
-  if (run.surelyInside) {
-    for (int j = 0; j < run.count; ++j) AddPair(run, j, cells[j]);
+  for (int j = count; j < count + kStep; ++j) cells[j] = 0;
+  std::int32_t all = 0;
+  for (int j = 0; j < padded; ++j) all |= cells[j];
+
+  const Adder adder(run);
+  if (all >= 0) {
+    for (int j = 0; j < count; ++j) adder.Add(j, cells[j]);
     return;
   }
-  std::int32_t kept[LagStations::kBlock];
-  int count = 0;
-  for (int j = 0; j < run.count; ++j) {
-    kept[count] = j;
-    count += static_cast<int>(cells[j] != kOutside);
+  if ((all & kDoubt) != 0) DecideDoubts(run, cells);
+  std::int32_t inside[LagStations::kBlock];
+  int insideCount = 0;
+  for (int j = 0; j < count; ++j) {
+    inside[insideCount] = j;
+    insideCount += static_cast<int>(cells[j] >= 0);
   }
-  for (int k = 0; k < count; ++k) AddPair(run, kept[k], cells[kept[k]]);
+  for (int k = 0; k < insideCount; ++k) adder.Add(inside[k], cells[inside[k]]);
 }
 
 template <Shape kShape>
@@ -161,8 +193,14 @@ template <Shape kShape>
   AddRun<kShape>(run);
 }
 
+#if defined(__clang__)
+#define TALLYSCOPE_AVX512 "avx2,avx512f,avx512vl,avx512bw,avx512dq"
+#else
+#define TALLYSCOPE_AVX512 "avx2,avx512f,avx512vl,avx512bw,avx512dq,prefer-vector-width=512"
+#endif
+
 template <Shape kShape>
-[[gnu::target("avx2,avx512f,avx512vl,avx512bw,avx512dq,prefer-vector-width=512")]] void AddRunAvx512(const Run& run) {
+[[gnu::target(TALLYSCOPE_AVX512)]] void AddRunAvx512(const Run& run) {
   AddRun<kShape>(run);
 }
 #endif

@@ -56,7 +56,6 @@ struct Run {
   const double* places[3];
   const LagStations::Value* values;
   int count;
-  bool surelyInside;  // no pair is out of range, as far as the estimate goes
   // The station: from the middle of the block in cells, and as it is.
   float from[3];
   double place[3];

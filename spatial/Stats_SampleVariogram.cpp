@@ -4,13 +4,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <numbers>
 #include <utility>
 #include <vector>
 
+#include "spatial/PairProgress.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_VariogramData.h"
-#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Univariate.h"
 #include "statistics/Stats_vdData.h"
@@ -36,6 +38,15 @@ double GetSpacing(const Box& box, std::size_t points, int dimensions) {
   volume /= static_cast<double>(points);
   if (!(volume > 0)) return 0;
   return dimensions == 3 ? 2 * std::pow(0.75 * volume / kPi, 0.3333333333) : 2 * std::pow(volume / kPi, 0.5);
+}
+
+double GetDistance(CStats_PointSearch& search, const CPointSearch::Node& leaf, std::size_t i, std::size_t j) {
+  double squares = 0;
+  for (int axis = 0; axis < search.GetDimensions(); ++axis) {
+    const double* places = search.GetLeafCoordinates(leaf, axis);
+    squares += (places[j] - places[i]) * (places[j] - places[i]);
+  }
+  return std::sqrt(squares);
 }
 
 double GetSpreadRange(CStats_Data* data) {
@@ -123,8 +134,9 @@ bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgress
   if (search == nullptr || !figures.Calculate(kBasicFigures, progress)) return false;
 
   search->SearchAll();
-  StationProgress reporter(progress, search->GetLeafCount());
+  PairProgress reporter(progress);
   if (!reporter.Start("Error variance computation")) return false;
+  std::int64_t pairs = 0;
   int step = 0;
   for (const auto* leaf : search->GetLeaves()) {
     const std::size_t count = leaf->points.size();
@@ -132,25 +144,20 @@ bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgress
     std::vector<unsigned char> valid(count);
     data->ReadValuesAt(dim, leaf->points.data(), static_cast<int>(count), values.data(), valid.data());
     for (std::size_t i = 0; i < count; ++i) {
-      for (std::size_t j = i + 1; j < count; ++j) {
-        if (valid[i] == 0 || valid[j] == 0) continue;
-        double squares = 0;
-        for (int axis = 0; axis < search->GetDimensions(); ++axis) {
-          const double* places = search->GetLeafCoordinates(*leaf, axis);
-          squares += (places[j] - places[i]) * (places[j] - places[i]);
-        }
-        if (!(std::sqrt(squares) < limit)) continue;
-        ++errorPairCount;
+      for (std::size_t j = i + 1; j < count && valid[i] != 0; ++j) {
+        if (valid[j] == 0 || !(GetDistance(*search, *leaf, i, j) < limit)) continue;
+        ++pairs;
         errorMoment += (values[i] - values[j]) * (values[i] - values[j]);
         errorCovariance += (values[i] - figures.mean) * (values[j] - figures.mean);
       }
+      if (!reporter.Work(static_cast<std::int64_t>(count - i))) return false;
     }
-    if (!reporter.Report(step++)) return false;
+    if (!reporter.Report(step++, search->GetLeafCount())) return false;
   }
-  if (errorPairCount > 0) {
-    errorCovariance /= errorPairCount;
-    errorMoment /= 2.0 * errorPairCount;
-  }
+  if (pairs == 0) return true;
+  errorPairCount = static_cast<int>(std::min<std::int64_t>(pairs, std::numeric_limits<int>::max()));
+  errorCovariance /= static_cast<double>(pairs);
+  errorMoment /= 2.0 * static_cast<double>(pairs);
   return true;
 }
 
