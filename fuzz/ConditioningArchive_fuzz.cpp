@@ -3,11 +3,10 @@
 // whole is stored and read again as the same.
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "conditioning/Stats_Conditioning.h"
+#include "fuzz/Demand.h"
 #include "platform/core/Archive.h"
 
 namespace tallyscope {
@@ -25,12 +24,6 @@ bool Load(CStats_Conditioning& rules, Bytes bytes) {
   CArchive archive(std::move(bytes));
   rules.Serialize(archive);
   return !archive.IsFailed();
-}
-
-void Demand(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "It does not hold: %s\n", what);
-  std::abort();
 }
 
 }  // namespace

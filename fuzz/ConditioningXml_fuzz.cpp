@@ -4,22 +4,15 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "conditioning/Stats_Conditioning.h"
 #include "files/XMLElement.h"
+#include "fuzz/Demand.h"
 
 namespace tallyscope {
 namespace {
-
-void Demand(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "It does not hold: %s\n", what);
-  std::abort();
-}
 
 void AddChildren(XMLElement& root, std::string_view text) {
   XMLElement* parent = &root;

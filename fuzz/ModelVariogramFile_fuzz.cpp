@@ -5,22 +5,15 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Demand.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
 
 namespace tallyscope {
 namespace {
-
-void Demand(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "It does not hold: %s\n", what);
-  std::abort();
-}
 
 // Through a file without a place on the disk.
 CStats_ModelVariogram Read(std::string_view text) {

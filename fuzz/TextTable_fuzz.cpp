@@ -4,11 +4,10 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Demand.h"
 #include "host/OpenTable.h"
 #include "host/TextEncoding.h"
 #include "tests/support/TableText.h"
@@ -25,12 +24,6 @@ ReaderOptions ChooseOptions(std::uint8_t choice) {
   if ((choice & 32) != 0) options.headings = (choice & 1) != 0;
   options.censored = static_cast<Censored>((choice >> 6) % 3);
   return options;
-}
-
-void Demand(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "It does not hold: %s\n", what);
-  std::abort();
 }
 
 bool AreSame(const CHostColumn& a, const CHostColumn& b, std::size_t row) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/ModelVariogramPrompt.h"
 
-#include "files/UFilename.h"
+#include "files/FolderMemory.h"
+#include "platform/ui/FilePrompt.h"
 #include "platform/ui/Modal.h"
 #include "platform/ui/WinApp.h"
 #include "spatial/ModelVariogramFile.h"
@@ -10,38 +11,41 @@ namespace tallyscope {
 
 namespace {
 
-constexpr const char* kFilter = "Model Variogram files (*.mvf);;All files (*)";
+constexpr const char* kFilter = "Model Variogram files (*.mvf)|*.mvf|All files (*.*)|*.*||";
 constexpr const char* kSection = "PATH";
 constexpr const char* kKey = "ModelVariogram";
 
-CString GetFolder() {
-  return GetProfile().GetProfileString(kSection, kKey, "");
+void RememberFolder(const CUFilename& file) {
+  SetDefaultFolder(GetProfile(), kSection, kKey, file.GetDriveAndFolder());
 }
 
-void RememberFolder(const CString& path) {
-  GetProfile().WriteProfileString(kSection, kKey, CUFilename(path).GetDriveAndFolder());
+bool TellUnless(bool good, QWidget* parent, const CString& error) {
+  if (!good) GetModal().Tell(parent, error);
+  return good;
 }
 
 }  // namespace
 
 bool LoadFromFile(CStats_ModelVariogram& model, QWidget* parent) {
-  const auto path = GetModal().AskOpenFile(parent, "Load a model variogram file", GetFolder(), kFilter);
+  int filter = 1;
+  const auto path = PromptOpen(GetDefaultFolder(GetProfile(), kSection, kKey), "Load a model variogram file", kFilter,
+                               filter, parent);
   if (!path) return false;
-  RememberFolder(*path);
+  RememberFolder(CUFilename(*path));
   CString error;
-  if (LoadFromFile(model, *path, error)) return true;
-  GetModal().Tell(parent, error);
-  return false;
+  return TellUnless(LoadFromFile(model, *path, error), parent, error);
 }
 
 bool SaveToFile(const CStats_ModelVariogram& model, QWidget* parent) {
-  const auto path = GetModal().AskSaveFile(parent, "Save a model variogram file", GetFolder(), kFilter);
-  if (!path) return false;
-  RememberFolder(*path);
+  int filter = 1;
+  std::vector<CUFilename> files;
+  if (!PromptSave(GetDefaultFolder(GetProfile(), kSection, kKey), "", "mvf", "Save a model variogram file", kFilter,
+                  filter, files, 0, parent)) {
+    return false;
+  }
+  RememberFolder(files.front());
   CString error;
-  if (SaveToFile(model, *path, error)) return true;
-  GetModal().Tell(parent, error);
-  return false;
+  return TellUnless(SaveToFile(model, files.front().GetFullPath(), error), parent, error);
 }
 
 }  // namespace tallyscope

@@ -13,6 +13,7 @@
 #include <sstream>
 
 #include "tests/conditioning/ConditioningTesting.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 
@@ -142,25 +143,9 @@ TEST(ConditioningFile, LinesAreReadAsTheyCome) {
   }
 }
 
-class CScratch {
- public:
-  CScratch() {
-    char name[] = "conditioning_XXXXXX";
-    folder = ::mkdtemp(name);
-  }
-  ~CScratch() { std::filesystem::remove_all(folder); }
-  std::string folder;
-};
-
-std::string ReadAll(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
 TEST(ConditioningFile, FilesHoldTheText) {
   const CScratch scratch;
-  const CString path = scratch.folder + "/full.dcf";
+  const CString path = scratch.Path("full.dcf");
   CString error = "old";
   ASSERT_TRUE(SaveConditioning(path, FullRules(1), error)) << error;
   EXPECT_EQ(error, "");
@@ -174,18 +159,18 @@ TEST(ConditioningFile, FailuresSayWhyAndChangeNothing) {
   const CScratch scratch;
   auto rules = FullRules(1);
   CString error;
-  EXPECT_FALSE(LoadConditioning(scratch.folder + "/none.dcf", rules, error));
+  EXPECT_FALSE(LoadConditioning(scratch.Path("none.dcf"), rules, error));
   EXPECT_NE(error.find("The file does not exist."), CString::npos) << error;
   EXPECT_FALSE(LoadConditioning(scratch.folder, rules, error));
   EXPECT_NE(error.find("This is a directory"), CString::npos) << error;
   EXPECT_TRUE(IsIdentical(rules, FullRules(1)));
-  EXPECT_FALSE(SaveConditioning(scratch.folder + "/no/x.dcf", rules, error));
+  EXPECT_FALSE(SaveConditioning(scratch.Path("no/x.dcf"), rules, error));
   EXPECT_NE(error.find("An error occurred writing to the file"), CString::npos) << error;
 }
 
 TEST(ConditioningFile, AFullDiskLeavesTheOldFile) {
   const CScratch scratch;
-  const CString path = scratch.folder + "/old.dcf";
+  const CString path = scratch.Path("old.dcf");
   std::ofstream(path) << "old\n";
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);

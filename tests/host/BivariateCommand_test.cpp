@@ -5,36 +5,19 @@
 #include <cstdlib>
 #include <sstream>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "host/Command.h"
 #include "host/OpenTable.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Univariate.h"
+#include "tests/host/HostTesting.h"
 
 namespace tallyscope {
 namespace {
 
-CString Example(const CString& file) {
-  return CString(std::getenv("TALLYSCOPE_EXAMPLES")) + "/" + file;
-}
-
-struct Answer {
-  int code;
-  CString out;
-  CString err;
-};
-
 Answer RunBivariate(const std::vector<CString>& arguments) {
-  const auto command = MakeBivariateCommand();
-  CLI::App app;
-  command->AddOptions(app);
-  app.parse(std::vector<CString>(arguments.rbegin(), arguments.rend()));
-  std::ostringstream out;
-  std::ostringstream err;
-  const int code = command->Run(out, err);
-  return {code, out.str(), err.str()};
+  return RunProgram("bivariate", arguments);
 }
 
 nlohmann::json RunJson(const CString& file, const CString& key, const CString& ancillary) {

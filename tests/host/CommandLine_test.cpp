@@ -17,6 +17,8 @@
 #include "host/OpenTable.h"
 #include "host/TerminalProgress.h"
 #include "statistics/Stats_Univariate.h"
+#include "tests/host/HostTesting.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 
@@ -30,33 +32,6 @@ int RunWindow(const OpenRequest& request) {
 }
 
 namespace {
-
-struct Answer {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Answer Call(const std::vector<CString>& arguments) {
-  std::ostringstream out, err;
-  const int code = RunCommandLine(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
-
-std::string Example(const std::string& name) {
-  const char* folder = std::getenv("TALLYSCOPE_EXAMPLES");
-  return std::string(folder != nullptr ? folder : "examples") + "/" + name;
-}
-
-// A file in the test's working folder, gone with the object.
-class CTemporaryTable {
- public:
-  CTemporaryTable(std::string name, const std::string& text) : path(std::move(name)) {
-    std::ofstream(path, std::ios::binary) << text;
-  }
-  ~CTemporaryTable() { unlink(path.c_str()); }
-  const std::string path;
-};
 
 bool IsOneSentence(const std::string& text) {
   return text.size() > 2 && text.find('\n') == text.size() - 1 &&
@@ -78,7 +53,7 @@ TEST(CommandLine, WrongCallsShowTheUsage) {
                                                                  {"summary", file, "--decimal", ";"},
                                                                  {file, "--mode", "magic"},
                                                                  {file, "another.csv"}}) {
-    const Answer answer = Call(arguments);
+    const Answer answer = RunProgram(arguments);
     EXPECT_EQ(answer.code, 2) << arguments.back();
     EXPECT_NE(answer.err.find("Usage: tallyscope "), std::string::npos) << answer.err;
     EXPECT_EQ(answer.out, "");
@@ -92,7 +67,7 @@ TEST(CommandLine, BadInputsAreOneSentence) {
                                                                  {"summary", file, "--field", "zink"},
                                                                  {"summary", file, "--x", "x", "--y", "why"},
                                                                  {"summary", file, "--x", "x", "--y", "landuse"}}) {
-    const Answer answer = Call(arguments);
+    const Answer answer = RunProgram(arguments);
     EXPECT_EQ(answer.code, 1) << arguments.back();
     EXPECT_TRUE(IsOneSentence(answer.err)) << answer.err;
     EXPECT_EQ(answer.out, "");
@@ -100,37 +75,38 @@ TEST(CommandLine, BadInputsAreOneSentence) {
 }
 
 TEST(CommandLine, HelpAndVersion) {
-  const Answer help = Call({"--help"});
+  const Answer help = RunProgram({"--help"});
   EXPECT_EQ(help.code, 0);
   for (const auto& row : GetCommands()) {
     EXPECT_NE(help.out.find(row.name), std::string::npos);
-    const Answer own = Call({row.name, "--help"});
+    const Answer own = RunProgram({row.name, "--help"});
     EXPECT_EQ(own.code, 0);
     const std::string_view name = row.name;
     const bool readsTable = name != "model" && name != "operators";
     EXPECT_EQ(own.out.find("--censored") != std::string::npos, readsTable) << row.name;
   }
-  EXPECT_EQ(Call({"--version"}).out.rfind("tallyscope ", 0), 0u);
+  EXPECT_EQ(RunProgram({"--version"}).out.rfind("tallyscope ", 0), 0u);
 }
 
 TEST(CommandLine, TheWindowIsAskedToOpen) {
-  EXPECT_EQ(Call({}).code, 0);
+  EXPECT_EQ(RunProgram({}).code, 0);
   EXPECT_EQ(lastRequest.file, "");
-  EXPECT_EQ(
-      Call({"table.csv", "--null", "-999", "--null=n.d.", "--delimiter", "tab", "--decimal", ",", "--field", "Cu"})
-          .code,
-      0);
+  EXPECT_EQ(RunProgram(
+                {"table.csv", "--null", "-999", "--null=n.d.", "--delimiter", "tab", "--decimal", ",", "--field", "Cu"})
+                .code,
+            0);
   EXPECT_EQ(lastRequest.file, "table.csv");
   EXPECT_EQ(lastRequest.reader.nulls, (std::vector<CString>{"-999", "n.d."}));
   EXPECT_EQ(lastRequest.reader.delimiter, '\t');
   EXPECT_EQ(lastRequest.reader.decimal, ',');
   EXPECT_EQ(lastRequest.field, "Cu");
   EXPECT_FALSE(lastRequest.mode);
-  EXPECT_EQ(Call({"open", "summary", "--mode", "univariate", "--censored", "half", "--x", "E", "--y", "N"}).code, 0);
+  EXPECT_EQ(RunProgram({"open", "summary", "--mode", "univariate", "--censored", "half", "--x", "E", "--y", "N"}).code,
+            0);
   EXPECT_EQ(lastRequest.file, "summary") << "a file that is called like a command";
   EXPECT_EQ(lastRequest.mode, CTallyscope::eUnivariate);
   EXPECT_EQ(lastRequest.reader.censored, Censored::kHalf);
-  EXPECT_EQ(Call({"--field", "Cu", "./open"}).code, 0);
+  EXPECT_EQ(RunProgram({"--field", "Cu", "./open"}).code, 0);
   EXPECT_EQ(lastRequest.file, "./open");
 }
 
@@ -138,7 +114,7 @@ TEST(CommandLine, TheWindowIsAskedToOpen) {
 TEST(Summary, JsonHoldsTheFiguresToTheLastBit) {
   const std::string file = Example("walker.csv");
   for (const bool sorted : {false, true}) {
-    const Answer answer = Call({"summary", file, "--json", "--quantiles", sorted ? "sorted" : "binned"});
+    const Answer answer = RunProgram({"summary", file, "--json", "--quantiles", sorted ? "sorted" : "binned"});
     ASSERT_EQ(answer.code, 0);
     const auto json = nlohmann::ordered_json::parse(answer.out);
     EXPECT_EQ(json["file"], file);
@@ -179,8 +155,10 @@ TEST(Summary, JsonHoldsTheFiguresToTheLastBit) {
 }
 
 TEST(Summary, JsonIsValidWhateverTheTableHolds) {
-  const CTemporaryTable table("odd \xFF name.csv", "\"a \"\"q\"\"\",b\xE9,c\n1e308,,x\n-1e308,,y\n1,,\xFC\n");
-  const Answer answer = Call({"summary", table.path, "--json"});
+  const CScratch scratch;
+  const std::string table =
+      scratch.Write("odd \xFF name.csv", "\"a \"\"q\"\"\",b\xE9,c\n1e308,,x\n-1e308,,y\n1,,\xFC\n");
+  const Answer answer = RunProgram({"summary", table, "--json"});
   ASSERT_EQ(answer.code, 0) << answer.err;
   const auto json = nlohmann::json::parse(answer.out);
   EXPECT_EQ(json["fields"][0]["name"], "a \"q\"");
@@ -191,9 +169,10 @@ TEST(Summary, JsonIsValidWhateverTheTableHolds) {
 }
 
 TEST(Summary, TheTableTellsWhatWasFound) {
-  const CTemporaryTable table(
+  const CScratch scratch;
+  const std::string table = scratch.Write(
       "found.csv", "East,North,Au,rock\n1,2,<0.01,clay\n2,3,0.5,sand\n3,4,<0.01,clay\n4,5,x,\n5,6,>9,clay\n");
-  const Answer answer = Call({"summary", table.path});
+  const Answer answer = RunProgram({"summary", table});
   ASSERT_EQ(answer.code, 0) << answer.err;
   for (const char* line :
        {"found.csv: 5 stations, 4 columns, comma-separated text\n", "Axes: East and North, guessed from the headings\n",
@@ -202,7 +181,7 @@ TEST(Summary, TheTableTellsWhatWasFound) {
     EXPECT_NE(answer.out.find(line), std::string::npos) << line << "\n" << answer.out;
   }
   EXPECT_EQ(answer.err, "");
-  const Answer figures = Call({"summary", table.path, "--field", "Au", "--censored", "half"});
+  const Answer figures = RunProgram({"summary", table, "--field", "Au", "--censored", "half"});
   EXPECT_NE(figures.out.find("\nMinimum                          0.005\n"), std::string::npos) << figures.out;
 }
 

@@ -15,43 +15,13 @@
 #include "conditioning/ConditioningFile.h"
 #include "host/Command.h"
 #include "host/CommandLine.h"
+#include "tests/host/HostTesting.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 namespace {
 
 using Json = nlohmann::json;
-
-struct Answer {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Answer Call(const std::vector<CString>& arguments) {
-  std::ostringstream out, err;
-  const int code = RunCommandLine(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
-
-class CScratch {
- public:
-  CScratch() {
-    char name[] = "condition_XXXXXX";
-    folder = ::mkdtemp(name);
-  }
-  ~CScratch() { std::filesystem::remove_all(folder); }
-
-  std::string Write(const std::string& name, const std::string& text) const {
-    std::ofstream(folder + "/" + name, std::ios::binary) << text;
-    return folder + "/" + name;
-  }
-  std::string Read(const std::string& name) const {
-    std::ostringstream text;
-    text << std::ifstream(folder + "/" + name, std::ios::binary).rdbuf();
-    return text.str();
-  }
-  std::string folder;
-};
 
 // v has a null of the table, a declared one, a listed one, one in a range and values beyond both caps.
 const char* const kTable = "x,y,v,w\n1,0,,a\n2,0,-999,b\n3,0,7,c\n4,0,15,d\n5,0,0.1,e\n6,0,3,f\n7,0,400,g\n";
@@ -75,7 +45,7 @@ std::string Column(const std::string& csv, std::size_t column) {
 
 std::string Conditioned(const std::string& file, std::vector<CString> arguments, std::size_t column = 2) {
   arguments.insert(arguments.begin(), {"condition", file, "-o", "-"});
-  const Answer answer = Call(arguments);
+  const Answer answer = RunProgram(arguments);
   EXPECT_EQ(answer.code, kExitDone) << answer.err;
   return Column(answer.out, column);
 }
@@ -103,7 +73,7 @@ TEST(ConditionCommand, CountsTellEachRuleApart) {
   const CScratch scratch;
   const auto file = scratch.Write("table.csv", kTable);
   const auto rules = scratch.Write("rules.dcf", std::string(kRules) + "Convert2Background = TRUE,500\n");
-  const Answer answer = Call({"condition", file, "--field", "v", "--rules", rules, "--json"});
+  const Answer answer = RunProgram({"condition", file, "--field", "v", "--rules", rules, "--json"});
   ASSERT_EQ(answer.code, kExitDone) << answer.err;
   const auto report = Json::parse(answer.out);
   EXPECT_EQ(report["rules"], Json::parse(R"({"tableNull": 1, "declaredNull": 1, "listed": 1, "inRange": 1,
@@ -135,7 +105,7 @@ TEST(ConditionCommand, WhatIsNoNumberInTheEndIsNull) {
   const CScratch scratch;
   const auto file = scratch.Write("table.csv", "v\n-4\n9\n1e300\nNA\n");
   EXPECT_EQ(Conditioned(file, {"--field", "v", "--operator", "Power Function=0.5"}, 0), "\"\" 3 \"\" \"\"");
-  const Answer answer = Call({"condition", file, "--field", "v", "--operator", "power function=0.5", "--json"});
+  const Answer answer = RunProgram({"condition", file, "--field", "v", "--operator", "power function=0.5", "--json"});
   const auto report = Json::parse(answer.out);
   EXPECT_EQ(report["nonFinite"], 2);
   EXPECT_EQ(report["after"]["invalid"], 3);
@@ -153,7 +123,7 @@ TEST(ConditionCommand, TextsHaveRulesOfTheirOwn) {
   const auto background = scratch.Write(
       "background.dcf", "CaseSensitive = TRUE\nConvertValue2Null = tuff\nConvert2Background = TRUE,Gneiss\n");
   EXPECT_EQ(Conditioned(file, {"--field", "rock", "--rules", background}), "None Gneiss Gneiss GNEISS Gneiss");
-  const Answer answer = Call({"condition", file, "--field", "rock", "--rules", background, "--json"});
+  const Answer answer = RunProgram({"condition", file, "--field", "rock", "--rules", background, "--json"});
   EXPECT_EQ(Json::parse(answer.out)["rules"]["toBackground"], 2);
   EXPECT_EQ(Json::parse(answer.out)["after"]["maximum"], 3) << "three labels are left";
 }
@@ -162,19 +132,19 @@ TEST(ConditionCommand, SavedRulesDoTheSame) {
   const CScratch scratch;
   const auto file = scratch.Write("table.csv", kTable);
   const auto rules = scratch.Write("rules.dcf", kRules);
-  const auto saved = scratch.folder + "/saved.dcf";
+  const auto saved = scratch.Path("saved.dcf");
   const auto first = Conditioned(
       file, {"--field", "v", "--rules", rules, "--operator", "Horizontal Difference=1", "--save-rules", saved});
   EXPECT_EQ(Conditioned(file, {"--field", "v", "--rules", saved}), first);
-  EXPECT_NE(scratch.Read("saved.dcf").find("Operator = \"Horizontal Difference\",\"1\"\n"), std::string::npos);
+  EXPECT_NE(ReadAll(scratch.Path("saved.dcf")).find("Operator = \"Horizontal Difference\",\"1\"\n"), std::string::npos);
 }
 
 TEST(ConditionCommand, TheReportShowsBothSides) {
   const CScratch scratch;
   const auto file = scratch.Write("table.csv", kTable);
   const auto rules = scratch.Write("rules.dcf", kRules);
-  const Answer answer = Call({"condition", file, "--field", "v", "--rules", rules, "--operator", "Power Function=-0.5",
-                              "-o", scratch.folder + "/out.csv"});
+  const Answer answer = RunProgram({"condition", file, "--field", "v", "--rules", rules, "--operator",
+                                    "Power Function=-0.5", "-o", scratch.Path("out.csv")});
   ASSERT_EQ(answer.code, kExitDone) << answer.err;
   EXPECT_EQ(answer.out.substr(answer.out.find('\n') + 1, answer.out.find("Mean") - answer.out.find('\n') - 1),
             "\n"
@@ -194,7 +164,7 @@ TEST(ConditionCommand, TheReportShowsBothSides) {
             "Null                                  1                    4\n"
             "Minimum                            -999    0.100000001490116\n"
             "Maximum                             400                    1\n");
-  EXPECT_EQ(Column(scratch.Read("out.csv"), 2), "- - - - 1 0.5773502588272095 0.10000000149011612");
+  EXPECT_EQ(Column(ReadAll(scratch.Path("out.csv")), 2), "- - - - 1 0.5773502588272095 0.10000000149011612");
 }
 
 TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
@@ -203,7 +173,7 @@ TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
   const auto rules = scratch.Write("rules.dcf", kRules);
   const auto texts = scratch.Write("texts.dcf", "DataType = STRING\n");
   const auto wide = scratch.Write("wide.dcf", "Allow_Operators = TRUE\nOperator = Gaussian,10\n");
-  const auto none = scratch.folder + "/none";
+  const auto none = scratch.Path("none");
   struct Case {
     std::vector<CString> arguments;
     int code;
@@ -229,22 +199,22 @@ TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
        }) {
     auto arguments = c.arguments;
     arguments.insert(arguments.begin(), {"condition", file, "--field", "v"});
-    const Answer answer = Call(arguments);
+    const Answer answer = RunProgram(arguments);
     EXPECT_EQ(answer.code, c.code) << testing::PrintToString(c.arguments);
     EXPECT_NE(answer.err.find(c.words), std::string::npos) << answer.err;
     EXPECT_EQ(answer.out, "");
   }
-  const Answer text = Call({"condition", file, "--field", "w", "--operator", "Scale=2"});
+  const Answer text = RunProgram({"condition", file, "--field", "w", "--operator", "Scale=2"});
   EXPECT_NE(text.err.find("w holds texts: operators work on numbers."), std::string::npos) << text.err;
-  const Answer mixed = Call({"condition", file, "--field", "w", "--rules", rules});
+  const Answer mixed = RunProgram({"condition", file, "--field", "w", "--rules", rules});
   EXPECT_NE(mixed.err.find("w holds texts, but "), std::string::npos) << mixed.err;
 }
 
 TEST(OperatorsCommand, ListsTheCatalogue) {
-  const Answer text = Call({"operators"});
+  const Answer text = RunProgram({"operators"});
   EXPECT_EQ(text.code, kExitDone);
   EXPECT_NE(text.out.find("\nFill Null\n"), std::string::npos) << text.out;
-  const auto listed = Json::parse(Call({"operators", "--json"}).out)["operators"];
+  const auto listed = Json::parse(RunProgram({"operators", "--json"}).out)["operators"];
   ASSERT_EQ(listed.size(), 13u);
   EXPECT_EQ(listed[0], Json::parse(R"({"type": 0, "name": "Fill Null", "progressive": false, "parameter": null})"));
   EXPECT_EQ(listed[12]["parameter"],

@@ -13,28 +13,13 @@
 
 #include "host/OpenTable.h"
 #include "host/TextSource.h"
+#include "tests/host/HostTesting.h"
+#include "tests/support/Scratch.h"
 
 namespace tallyscope {
 namespace {
 
-// A folder of its own for a test, gone afterwards.
-class OpenTableTest : public testing::Test {
- protected:
-  OpenTableTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "tallyscope-XXXXXX").string();
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~OpenTableTest() override { std::filesystem::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string Write(const std::string& name, const std::string& text) const {
-    std::ofstream(Path(name), std::ios::binary) << text;
-    return Path(name);
-  }
-
- private:
-  std::filesystem::path folder_;
-};
+class OpenTableTest : public testing::Test, protected CScratch {};
 
 std::string ErrorOf(const std::string& path) {
   return OpenTable(path, {}, nullptr).error;
@@ -113,9 +98,7 @@ TEST(Examples, AreOpenedAsTheirReadmeSays) {
   for (const auto& c : {Case{"meuse.csv", 155, 14, "x", 2, 3}, Case{"jura.csv", 259, 11, "Xloc", 2, 0},
                         Case{"walker.csv", 470, 6, "X", 2, 195}, Case{"quakes.csv", 1000, 5, "long", 3, 0}}) {
     SCOPED_TRACE(c.file);
-    const char* folder = std::getenv("TALLYSCOPE_EXAMPLES");
-    ASSERT_NE(folder, nullptr);
-    const auto opened = OpenTable(std::string(folder) + "/" + c.file, {}, nullptr);
+    const auto opened = OpenTable(Example(c.file), {}, nullptr);
     ASSERT_TRUE(opened.table) << opened.error;
     EXPECT_EQ(opened.table->GetSize(), c.stations);
     EXPECT_EQ(opened.table->GetColumnCount(), c.columns);

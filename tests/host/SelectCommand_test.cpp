@@ -18,28 +18,15 @@
 #include "host/CommandLine.h"
 #include "host/OpenTable.h"
 #include "host/SelectionPlan.h"
+#include "tests/host/HostTesting.h"
 #include "tests/support/Scratch.h"
 #include "tests/support/TableText.h"
 
 namespace tallyscope {
 namespace {
 
-struct Answer {
-  int code;
-  std::string out;
-  std::string err;
-};
-
 Answer Select(std::vector<CString> arguments) {
-  arguments.insert(arguments.begin(), "select");
-  std::ostringstream out, err;
-  const int code = RunCommandLine(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
-
-std::string Example(const std::string& name) {
-  const char* folder = std::getenv("TALLYSCOPE_EXAMPLES");
-  return std::string(folder != nullptr ? folder : "examples") + "/" + name;
+  return RunProgram("select", std::move(arguments));
 }
 
 // Ten stations on a line, numbered from 1; v is ten times the number, with a null at 4.

@@ -17,6 +17,7 @@
 #include "host/CommandLine.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
+#include "tests/host/HostTesting.h"
 #include "tests/support/Scratch.h"
 
 namespace tallyscope {
@@ -24,25 +25,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string Example(const std::string& name) {
-  return std::string(std::getenv("TALLYSCOPE_EXAMPLES")) + "/" + name;
-}
-
-struct Answer {
-  int code;
-  std::string out;
-  std::string err;
-};
-
-Answer RunProgram(const std::vector<CString>& arguments) {
-  std::ostringstream out, err;
-  const int code = RunCommandLine(arguments, out, err);
-  return {code, out.str(), err.str()};
-}
-
 Answer RunVariogram(std::vector<CString> arguments) {
-  arguments.insert(arguments.begin(), "variogram");
-  return RunProgram(arguments);
+  return RunProgram("variogram", std::move(arguments));
 }
 
 Json RunJson(std::vector<CString> arguments) {
