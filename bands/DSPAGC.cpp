@@ -35,25 +35,16 @@ void DivideLine(const DSPLine& line) {
 
 }  // namespace
 
-bool CDSPAGC::WriteEnvelope(CDSPProgress* progress) {
-  CDSPConvolution box;
-  const int side = std::clamp(dimension, 1, 3);
-  if (windowFilter == nullptr) box.SetBoxKernel(side, width, width, width);
-  if (windowFilter == nullptr && box.filterKind == CDSPConvolution::kNoFilter) box.dimension = side;
+bool CDSPAGC::WriteEnvelope(CDSPConvolution& window, CDSPProgress* progress) {
   CDSPPower square;
   CDSPPower root;
   square.exponent = 2.0;
   root.exponent = 0.5;
   CDSPProcess process;
-  CDSPOperationStorage::Copy(storage->inputs, process.Storage().inputs, false);
-  CDSPOperationStorage::Copy(storage->outputs, process.Storage().outputs, false);
-  for (CDSPOperation* step : {static_cast<CDSPOperation*>(&square),
-                              static_cast<CDSPOperation*>(windowFilter != nullptr ? windowFilter : &box),
-                              static_cast<CDSPOperation*>(&root)}) {
-    step->inputEnable = inputEnable;
-    step->bandEnable = bandEnable;
-    process.Append(*step);
-  }
+  process.WorkFor(*this);
+  process.AppendPart(square);
+  process.AppendPart(window);
+  process.AppendPart(root);
   return process.Run(progress);
 }
 
@@ -69,6 +60,14 @@ bool CDSPAGC::WorksInPlace() const {
 
 bool CDSPAGC::Divide(CDSPProgress* progress) {
   if (storage == nullptr) return false;
+  const int side = std::clamp(dimension, 1, 3);
+  CDSPConvolution window;
+  if (windowFilter != nullptr) {
+    window = *windowFilter;
+  } else {
+    window.SetBoxKernel(side, width, width, width);
+  }
+  if (window.filterKind == CDSPConvolution::kNoFilter) return CopySamples(*this, progress);
   // The envelope goes into the outputs, so inputs that lie there are divided from a copy.
   CDSPOperationStorage::Entries copies;
   if (InputsOverlapOutputs()) {
@@ -77,9 +76,9 @@ bool CDSPAGC::Divide(CDSPProgress* progress) {
   const bool inPlace = WorksInPlace();
   const bool swaps = !copies.empty();
   bool enveloped = false;
-  if (inPlace) enveloped = WriteEnvelope(progress);
+  if (inPlace) enveloped = WriteEnvelope(window, progress);
   if (swaps) storage->inputs.swap(copies);
-  if (!inPlace) enveloped = WriteEnvelope(progress);
+  if (!inPlace) enveloped = WriteEnvelope(window, progress);
   const bool divided = WalkLines(*this, 0, progress, DivideLine);
   if (swaps) storage->inputs.swap(copies);
   return enveloped && divided;

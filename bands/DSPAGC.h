@@ -19,12 +19,12 @@ class CDSPAGC : public CDSPOperation {
   bool Process3D(CDSPProgress* progress) override { return Divide(progress); }
 
   CDSPConvolution* windowFilter = nullptr;  // not owned; null: a box of `width` along each axis
-  int width = 11;                           // odd
+  int width = 11;                           // odd; one that is refused lets the samples pass
 
  private:
   bool Divide(CDSPProgress* progress);
   bool WorksInPlace() const;
-  bool WriteEnvelope(CDSPProgress* progress);
+  bool WriteEnvelope(CDSPConvolution& window, CDSPProgress* progress);
 };
 
 }  // namespace tallyscope

@@ -32,8 +32,7 @@ bool CDSPConvolution::RunPasses(CDSPProgress* progress) {
   const int all = axes == 0 ? (dimension == 2 ? 3 : 7) : axes;
   std::array<CDSPConvolution, 3> steps;
   CDSPProcess process;
-  CDSPOperationStorage::Copy(storage->inputs, process.Storage().inputs, false);
-  CDSPOperationStorage::Copy(storage->outputs, process.Storage().outputs, false);
+  process.WorkFor(*this);
   int kernelAxis = 0;
   for (int axis = 0; axis < 3; ++axis) {
     if ((all >> axis & 1) == 0) continue;
@@ -44,7 +43,7 @@ bool CDSPConvolution::RunPasses(CDSPProgress* progress) {
     step.passes = 1;
     step.axes = 1 << axis;
     step.passAxis = ++kernelAxis;
-    process.Append(step);
+    process.AppendPart(step);
   }
   return process.Run(progress);
 }

@@ -36,7 +36,8 @@ class CDSPConvolution : public CDSPOperation {
   void SetDifferenceKernel(int order);  // along x; orders are limited to 1 to 8
 
   bool Process1D(CDSPProgress* progress) override;
-  // Pass by pass along each axis for a separable kernel, else with the whole window.
+  // Pass by pass along each axis, which every kernel of more than one dimension allows. Each pass makes up for its own
+  // missing taps.
   bool Process2D(CDSPProgress* progress) override;
   bool Process3D(CDSPProgress* progress) override;
   bool IsRepeating() override { return true; }

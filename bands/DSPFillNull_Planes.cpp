@@ -111,9 +111,8 @@ bool CDSPFillNull::FillCube(CDSPProgress* progress) {
   planes.rememberNulls = false;
   planes.storage = nullptr;
   CDSPProcess process;
-  CDSPOperationStorage::Copy(storage->inputs, process.Storage().inputs, false);
-  CDSPOperationStorage::Copy(storage->outputs, process.Storage().outputs, false);
-  process.Append(planes);
+  process.WorkFor(*this);
+  process.AppendPart(planes);
   return process.Run(progress);
 }
 

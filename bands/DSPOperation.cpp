@@ -82,6 +82,12 @@ bool CDSPOperation::Fits(const CDSPOperationData& entry, int taken) const {
   return !counted || BandCount(entry) == requiredBands;
 }
 
+void CDSPOperation::TakeInputs(CDSPOperationStorage::Entries& inputs) {
+  boundFrom_.clear();
+  CDSPOperationStorage::Copy(inputs, storage->inputs, false);
+  for (const auto& input : storage->inputs) OnInputBound(*input);
+}
+
 void CDSPOperation::BindInputs(CDSPOperationStorage& previous) {
   storage->ClearInputs();
   boundFrom_.clear();

@@ -53,6 +53,8 @@ class CDSPOperation {
   virtual bool ShowDialog() { return false; }
   virtual bool IsRepeating() { return false; }
 
+  void TakeInputs(CDSPOperationStorage::Entries& inputs);  // all of them, as they are
+
   // Of an input in the storage, and of a band of it.
   bool IsInputEnabled(int input) const;
   bool IsBandEnabled(int input, int band) const;

@@ -19,10 +19,14 @@ bool ReadsFloats(const CDSPOperation& operation) {
 
 }  // namespace
 
-// The square of a float is exact in a double, so it is what pow gives too.
+// The square of a float is exact in a double, so it is what pow gives too. Its root, unless exact, lies further from
+// the middle between two floats than pow and sqrt err, so both are narrowed to the same float.
 bool CDSPPower::ProcessAny(CDSPProgress* progress) {
   const double power = exponent;
   if (power == 2.0 && ReadsFloats(*this)) return MapOverlap(*this, progress, [](double x) { return x * x; });
+  if (power == 0.5 && ReadsFloats(*this)) {
+    return MapOverlap(*this, progress, [](double x) { return x > 0 ? std::sqrt(x) : std::pow(x, 0.5); });
+  }
   return MapOverlap(*this, progress, [power](double x) { return std::pow(x, power); });
 }
 

@@ -21,10 +21,34 @@ bool CDSPProcess::Run(CDSPProgress* progress) {
   return good;
 }
 
+void CDSPProcess::WorkFor(const CDSPOperation& whole) {
+  own_.ClearInputs();
+  own_.ClearOutputs();
+  partBands_.clear();
+  if (whole.storage == nullptr) return;
+  const auto& inputs = whole.storage->inputs;
+  const auto& outputs = whole.storage->outputs;
+  for (std::size_t i = 0; i < inputs.size() && i < outputs.size(); ++i) {
+    const int input = static_cast<int>(i);
+    if (!whole.IsInputEnabled(input)) continue;
+    own_.AddInput(inputs[i]->Clone(false));
+    own_.AddOutput(outputs[i]->Clone(false));
+    const int bands = inputs[i]->data != nullptr ? static_cast<int>(inputs[i]->data->bands.size()) : 0;
+    bvector& enabled = partBands_.emplace_back(bands);
+    for (int band = 0; band < bands; ++band) enabled.Set(band, whole.IsBandEnabled(input, band));
+  }
+}
+
+void CDSPProcess::AppendPart(CDSPOperation& step) {
+  step.inputEnable.clear();
+  step.bandEnable = partBands_;
+  step.outputFlags |= kOutputHasAllBands;
+  Append(step);
+}
+
 void CDSPProcess::Bind(CDSPOperation& operation, CDSPOperationStorage& intermediate, bool first, bool last) {
   if (first) {
-    CDSPOperationStorage::Copy(storage->inputs, operation.storage->inputs, false);
-    for (const auto& input : operation.storage->inputs) operation.OnInputBound(*input);
+    operation.TakeInputs(storage->inputs);
   } else {
     operation.BindInputs(intermediate);
   }

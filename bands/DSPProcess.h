@@ -31,6 +31,11 @@ class CDSPProcess : public CDSPOperation {
   CDSPOperationStorage& Storage() { return own_; }
   void Append(CDSPOperation& operation) { operations.push_back(&operation); }
 
+  // For an operation that is made of steps: takes its enabled inputs with their outputs, then each step in turn. The
+  // steps get its choice of bands, and what lies between them has every band in its place.
+  void WorkFor(const CDSPOperation& whole);
+  void AppendPart(CDSPOperation& step);
+
   std::vector<CDSPOperation*> operations;  // not owned
   bool keepInputs = true;                  // a step may not write over the process's inputs; its outputs may lie there
 
@@ -40,6 +45,7 @@ class CDSPProcess : public CDSPOperation {
   bool RunAside(CDSPOperation& operation, CDSPProgress* progress);
 
   CDSPOperationStorage own_;
+  std::vector<bvector> partBands_;  // of the inputs that WorkFor took
 };
 
 }  // namespace tallyscope

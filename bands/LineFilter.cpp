@@ -2,9 +2,12 @@
 #include "bands/LineFilter.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <type_traits>
 
+#include "bands/BoxSums.h"
 #include "bands/DSPConvolution.h"
 #include "platform/core/WideVectors.h"
 
@@ -14,6 +17,11 @@ namespace {
 
 constexpr double kNoWeight = 2.220446049250313e-14;
 constexpr int kBlock = 2048;
+constexpr int kNarrowBox = 8;  // up to which the taps are quicker
+
+bool IsNoWeight(double weight) {
+  return weight >= -kNoWeight && weight <= kNoWeight;
+}
 
 // One tap after the other over all samples of a block: the inner loops run over plain arrays.
 TALLYSCOPE_WIDE_VECTORS
@@ -36,6 +44,33 @@ void AddFourTaps(const double* s0, const double* s1, const double* s2, const dou
   }
 }
 
+TALLYSCOPE_WIDE_VECTORS
+void DivideAll(double* sums, double divisor, int count) {
+  for (int i = 0; i < count; ++i) sums[i] /= divisor;
+}
+
+TALLYSCOPE_WIDE_VECTORS
+void DivideEach(double* sums, double total, const double* missing, int count) {
+  for (int i = 0; i < count; ++i) sums[i] /= total - missing[i];
+}
+
+template <class In>
+void Widen(const In* from, double* to, int count) {
+  for (int i = 0; i < count; ++i) to[i] = static_cast<double>(from[i]);
+}
+
+// 1 where sums within `bound` of this one would be narrowed to different floats, or to a zero whose sign may differ.
+TALLYSCOPE_WIDE_VECTORS
+void FindOpen(const double* sums, double total, const double* missing, double bound, bool divides, unsigned char* open,
+              int count) {
+  for (int i = 0; i < count; ++i) {
+    const double divisor = divides ? total - missing[i] : 1.0;
+    const auto low = static_cast<float>((sums[i] - bound) / divisor);
+    const auto high = static_cast<float>((sums[i] + bound) / divisor);
+    open[i] = static_cast<unsigned char>(!(low == high) | (low == 0.0f));
+  }
+}
+
 }  // namespace
 
 CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<double>& taps)
@@ -45,109 +80,247 @@ CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<doubl
     taps_.push_back({taps[i], static_cast<int>(i) - half_});
     total_ += taps[i];
   }
+  box_ = taps.size() > kNarrowBox && std::all_of(taps.begin(), taps.end(), [](double tap) { return tap == 1.0; });
+}
+
+bool CLineFilter::IsNearEnd(const Block& block, int at) const {
+  const int position = block.first + at;
+  return position < half_ || position >= block.lineCount - half_;
+}
+
+// How far the window of a sample goes: less than half its width where it shrinks at the ends of the line.
+int CLineFilter::GetReach(const Block& block, int at) const {
+  if (options_.edgeMode != CDSPConvolution::kCentred || !IsNearEnd(block, at)) return half_;
+  const int position = block.first + at;
+  return std::min(position, block.lineCount - 1 - position);
+}
+
+// Each sample of the block whose window runs off the line, in order.
+template <class Visit>
+void CLineFilter::VisitEnds(const Block& block, Visit visit) const {
+  const int left = std::clamp(half_ - block.first, 0, block.count);
+  const int right = std::clamp(block.lineCount - half_ - block.first, left, block.count);
+  for (int at = 0; at < left; ++at) visit(at);
+  for (int at = right; at < block.count; ++at) visit(at);
 }
 
 void CLineFilter::Run(const DSPLine& line) {
-  const int block = std::max(kBlock, half_);
-  for (int first = 0; first < line.count; first += block) {
-    const int count = std::min(block, line.count - first);
-    LoadBlock(line, first, count);
-    SumBlock(count);
-    StoreBlock(line, first, count);
+  const int size = std::max(kBlock, half_);
+  for (int first = 0; first < line.count; first += size) {
+    const Block block{first, std::min(size, line.count - first), line.count};
+    LoadBlock(line, block);
+    const int width = 2 * half_ + 1;
+    const auto spread = box_ && floats_ ? GetSumSpread(narrow_, width, 2 * block.count + width) : SumSpread{};
+    if (spread.finite) {
+      SumBox(block, spread.bound);
+    } else {
+      SumTaps(block);
+    }
+    if (!options_.rawSum) Divide(block);
+    StoreBlock(line, block);
+    if (line.count - first <= size) break;  // first + size may be beyond an int
   }
 }
 
-void CLineFilter::LoadBlock(const DSPLine& line, int first, int count) {
-  const auto room = static_cast<std::size_t>(count) + 2 * static_cast<std::size_t>(half_);
-  samples_.assign(room, 0.0);
-  nulls_.assign(room, 1.0);
-  const int from = std::max(-half_, -first);
+void CLineFilter::LoadBlock(const DSPLine& line, const Block& block) {
+  const auto room = static_cast<std::size_t>(block.count) + 2 * static_cast<std::size_t>(half_);
+  const int from = std::max(-half_, -block.first);
   const int to =
-      static_cast<int>(std::min<std::int64_t>(std::int64_t{count} + half_, std::int64_t{line.count} - first));
-  anyNull_ = from > -half_ || to < count + half_;
-  const CDSPDataBand& in = line.In();
-  WithSamples(in, line.overlap->input->data->elementType, 0, [&](const auto* band) {
-    for (int i = from; i < to; ++i) {
-      const int at = line.inFirst + (first + i) * line.inStride;
-      const auto slot = static_cast<std::size_t>(i + half_);
-      if (in.IsNull(at)) {
-        anyNull_ = true;
-        continue;
-      }
-      samples_[slot] = band[at];
-      nulls_[slot] = 0.0;
+      static_cast<int>(std::min(std::int64_t{block.count} + half_, std::int64_t{block.lineCount} - block.first));
+  anyNull_ = from > -half_ || to < block.count + half_;
+  samples_.resize(room);
+  std::fill(samples_.begin(), samples_.begin() + (from + half_), 0.0);
+  std::fill(samples_.begin() + (to + half_), samples_.end(), 0.0);
+  double* const slots = samples_.data() + half_;
+  WithSamples(line.In(), line.overlap->input->data->elementType, 0, [&]<class In>(const In* band) {
+    floats_ = std::is_same_v<In, float>;
+    const In* const source = band + line.inFirst + static_cast<std::ptrdiff_t>(block.first) * line.inStride;
+    if (line.inStride == 1) {
+      Widen(source + from, slots + from, to - from);
+    } else {
+      for (int i = from; i < to; ++i) slots[i] = source[static_cast<std::ptrdiff_t>(i) * line.inStride];
     }
   });
+  LoadNulls(line, block, from, to);
+  if (!box_ || !floats_) return;
+  narrow_.resize(room);
+  for (std::size_t i = 0; i < room; ++i) narrow_[i] = static_cast<float>(samples_[i]);
 }
 
-void CLineFilter::SumBlock(int count) {
-  sums_.assign(static_cast<std::size_t>(count), 0.0);
-  missing_.assign(static_cast<std::size_t>(count), 0.0);
+void CLineFilter::LoadNulls(const DSPLine& line, const Block& block, int from, int to) {
+  const bvector* const mask = line.In().mask;
+  const int first = line.inFirst + block.first * line.inStride;
+  const bool clear = mask == nullptr || (line.inStride == 1 && AllClear(*mask, first + from, to - from));
+  if (clear && !anyNull_) return;
+  nulls_.assign(samples_.size(), 0.0);
+  std::fill(nulls_.begin(), nulls_.begin() + (from + half_), 1.0);
+  std::fill(nulls_.begin() + (to + half_), nulls_.end(), 1.0);
+  if (clear) return;
+  const auto setNull = [this](int i) {
+    nulls_[static_cast<std::size_t>(i + half_)] = 1.0;
+    samples_[static_cast<std::size_t>(i + half_)] = 0.0;
+    anyNull_ = true;
+  };
+  if (line.inStride != 1) {
+    for (int i = from; i < to; ++i) {
+      if (mask->Get(first + i * line.inStride)) setNull(i);
+    }
+    return;
+  }
+  for (int i = from; i < to; i += kMaskWord) {
+    for (auto bits = LoadBits(*mask, first + i, std::min(kMaskWord, to - i)); bits != 0; bits &= bits - 1) {
+      setNull(i + std::countr_zero(bits));
+    }
+  }
+}
+
+void CLineFilter::SumTaps(const Block& block) {
+  sums_.assign(static_cast<std::size_t>(block.count), 0.0);
+  if (anyNull_) missing_.assign(static_cast<std::size_t>(block.count), 0.0);
   const double* const samples = samples_.data() + half_;
   const double* const nulls = nulls_.data() + half_;
+  // Where the whole window is required, what is missing is counted, not weighed: weights may cancel.
+  const double ones[4] = {1, 1, 1, 1};
   std::size_t i = 0;
   for (; i + 4 <= taps_.size(); i += 4) {
     const Tap* const t = taps_.data() + i;
     const double weights[4] = {t[0].weight, t[1].weight, t[2].weight, t[3].weight};
     AddFourTaps(samples + t[0].offset, samples + t[1].offset, samples + t[2].offset, samples + t[3].offset, weights,
-                sums_.data(), count);
+                sums_.data(), block.count);
     if (!anyNull_) continue;
-    // Where the whole window is required, what is missing is counted, not weighed: weights may cancel.
-    const double ones[4] = {1, 1, 1, 1};
     AddFourTaps(nulls + t[0].offset, nulls + t[1].offset, nulls + t[2].offset, nulls + t[3].offset,
-                options_.requireFullWindow ? ones : weights, missing_.data(), count);
+                options_.requireFullWindow ? ones : weights, missing_.data(), block.count);
   }
   for (; i < taps_.size(); ++i) {
-    AddTap(samples + taps_[i].offset, taps_[i].weight, sums_.data(), count);
+    AddTap(samples + taps_[i].offset, taps_[i].weight, sums_.data(), block.count);
     if (!anyNull_) continue;
-    AddTap(nulls + taps_[i].offset, options_.requireFullWindow ? 1.0 : taps_[i].weight, missing_.data(), count);
+    AddTap(nulls + taps_[i].offset, options_.requireFullWindow ? 1.0 : taps_[i].weight, missing_.data(), block.count);
   }
+  if (options_.edgeMode != CDSPConvolution::kCentred) return;
+  VisitEnds(block, [&](int at) { SumInOrder(block, at); });
 }
 
-// Near the ends of a line with a centred window, which shrinks on both sides.
-void CLineFilter::FilterCentred(int first, int at, int lineCount) {
-  const int position = first + at;
-  const int reach = std::min(position, lineCount - 1 - position);
+// One sample, tap by tap.
+void CLineFilter::SumInOrder(const Block& block, int at) {
+  const int reach = GetReach(block, at);
   double sum = 0;
   double missing = 0;
   for (const Tap& tap : taps_) {
     const bool outside = std::abs(tap.offset) > reach;
     const auto slot = static_cast<std::size_t>(std::int64_t{at} + half_ + (outside ? 0 : tap.offset));
-    if (outside || nulls_[slot] != 0) {
+    if (outside || (anyNull_ && nulls_[slot] != 0)) {
       missing += options_.requireFullWindow ? 1.0 : tap.weight;
     } else {
       sum += samples_[slot] * tap.weight;
     }
   }
   sums_[static_cast<std::size_t>(at)] = sum;
-  missing_[static_cast<std::size_t>(at)] = missing;
+  if (anyNull_) missing_[static_cast<std::size_t>(at)] = missing;
 }
 
-void CLineFilter::StoreBlock(const DSPLine& line, int first, int count) {
+void CLineFilter::SumBox(const Block& block, double bound) {
+  const auto count = static_cast<std::size_t>(block.count);
+  const int width = 2 * half_ + 1;
+  sums_.resize(count);
+  SlideBox(samples_.data(), width, sums_.data(), block.count);
+  if (anyNull_) {
+    missing_.resize(count);
+    SlideBox(nulls_.data(), width, missing_.data(), block.count);
+  }
+  if (options_.edgeMode == CDSPConvolution::kCentred) SlideEnds(block);
+  if (bound > 0) SettleBox(block, bound);
+}
+
+// The shrinking windows at the ends of the line: each differs from its neighbour's by two samples. What is missing is
+// the rest of the width, and counts whole.
+void CLineFilter::SlideEnds(const Block& block) {
+  double sum = 0;
+  double nulls = 0;
+  int first = 0;  // of the window that sum and nulls are of, and one past its last, as slots
+  int end = 0;
+  VisitEnds(block, [&](int at) {
+    const int reach = GetReach(block, at);
+    const int from = at + half_ - reach;
+    const int to = at + half_ + reach + 1;
+    if (end == 0 || from > end || to < first) {
+      first = end = from;
+      sum = nulls = 0;
+    }
+    const auto move = [&](int slot, double sign) {
+      sum += sign * samples_[static_cast<std::size_t>(slot)];
+      nulls += sign * nulls_[static_cast<std::size_t>(slot)];
+    };
+    for (; end < to; ++end) move(end, 1);
+    for (; first > from; --first) move(first - 1, 1);
+    for (; first < from; ++first) move(first, -1);
+    for (; end > to; --end) move(end - 1, -1);
+    sums_[static_cast<std::size_t>(at)] = sum;
+    missing_[static_cast<std::size_t>(at)] = 2.0 * (half_ - reach) + nulls;
+  });
+}
+
+void CLineFilter::SettleBox(const Block& block, double bound) {
+  std::vector<unsigned char> open(static_cast<std::size_t>(block.count));
+  if (!anyNull_) missing_.assign(open.size(), 0.0);
+  FindOpen(sums_.data(), total_, missing_.data(), bound, !options_.rawSum, open.data(), block.count);
+  for (int at = 0; at < block.count; ++at) {
+    if (open[static_cast<std::size_t>(at)] != 0) SumInOrder(block, at);
+  }
+}
+
+// Where the whole window is required, all weights are there or the sample isn't filtered.
+void CLineFilter::Divide(const Block& block) {
+  if (!anyNull_ || options_.requireFullWindow) {
+    DivideAll(sums_.data(), total_, block.count);
+  } else {
+    DivideEach(sums_.data(), total_, missing_.data(), block.count);
+  }
+}
+
+// Bits of the samples from `at` on that have no result.
+std::uint64_t CLineFilter::FindUnfiltered(const Block& block, int at, int count) const {
+  if (!anyNull_) return options_.rawSum || !IsNoWeight(total_) ? 0 : LowBits(count);
+  std::uint64_t bits = 0;
+  for (int i = 0; i < count; ++i) {
+    const auto slot = static_cast<std::size_t>(at + i);
+    const double missing = missing_[slot];
+    const bool null = nulls_[slot + static_cast<std::size_t>(half_)] != 0;
+    const bool inside = options_.edgeMode != CDSPConvolution::kInside || !IsNearEnd(block, at + i);
+    const bool enough = options_.requireFullWindow ? missing == 0 : true;
+    const bool weighs = options_.rawSum || !IsNoWeight(total_ - missing);
+    const bool good = (!null || options_.filterNulls) && inside && enough && weighs;
+    bits |= std::uint64_t{!good} << i;
+  }
+  return bits;
+}
+
+void CLineFilter::StoreBlock(const DSPLine& line, const Block& block) {
   const CDSPDataBand& in = line.In();
   CDSPDataBand& out = line.Out();
-  const int last = line.count - 1;
+  const auto inAt = [&](int i) { return line.inFirst + (block.first + i) * line.inStride; };
+  const auto outAt = [&](int i) { return line.outFirst + (block.first + i) * line.outStride; };
   WithSamples(in, line.overlap->input->data->elementType, 0, [&](const auto* from) {
     WithSamples(out, line.overlap->output->data->elementType, 0, [&]<class Out>(Out* to) {
-      for (int i = 0; i < count; ++i) {
-        const int position = first + i;
-        const auto slot = static_cast<std::size_t>(i);
-        const bool null = nulls_[slot + static_cast<std::size_t>(half_)] != 0;
-        const bool nearEnd = position < half_ || position > last - half_;
-        bool good = (!null || options_.filterNulls) && !(nearEnd && options_.edgeMode == CDSPConvolution::kInside);
-        if (good && nearEnd && options_.edgeMode == CDSPConvolution::kCentred) FilterCentred(first, i, line.count);
-        double value = sums_[slot];
-        if (options_.requireFullWindow && missing_[slot] != 0) good = false;
-        if (!options_.rawSum) {
-          const double divisor = options_.requireFullWindow ? total_ : total_ - missing_[slot];
-          if (divisor >= -kNoWeight && divisor <= kNoWeight) good = false;
-          value /= divisor;
+      for (int first = 0; first < block.count; first += kMaskWord) {
+        const int count = std::min(kMaskWord, block.count - first);
+        const double* const values = sums_.data() + first;
+        auto nulls = FindUnfiltered(block, first, count);
+        if (line.outStride == 1) {
+          for (int i = 0; i < count; ++i) to[outAt(first) + i] = static_cast<Out>(values[i]);
+        } else {
+          for (int i = 0; i < count; ++i) to[outAt(first + i)] = static_cast<Out>(values[i]);
         }
-        const int at = line.outFirst + position * line.outStride;
-        const bool keeps = !good && options_.keepUnfiltered && !null;
-        if (keeps) value = from[line.inFirst + position * line.inStride];
-        to[at] = good || keeps ? static_cast<Out>(value) : static_cast<Out>(out.nullValue);
-        out.mask->Set(at, !good && !keeps);
+        for (auto bits = nulls; bits != 0; bits &= bits - 1) {
+          const int i = std::countr_zero(bits);
+          const bool keeps = options_.keepUnfiltered && !in.IsNull(inAt(first + i));
+          to[outAt(first + i)] = static_cast<Out>(keeps ? from[inAt(first + i)] : out.nullValue);
+          if (keeps) nulls &= ~(std::uint64_t{1} << i);
+        }
+        if (line.outStride == 1) {
+          StoreBits(*out.mask, outAt(first), count, nulls);
+        } else {
+          for (int i = 0; i < count; ++i) out.mask->Set(outAt(first + i), (nulls >> i & 1) != 0);
+        }
       }
     });
   });

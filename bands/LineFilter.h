@@ -10,8 +10,11 @@ namespace tallyscope {
 
 class CDSPConvolution;
 
-// One line under a window. Works through it block by block, so it needs room for a block and not for the line. Every
-// way through adds the same terms in the same order, so they agree to the last bit.
+// One line under a window. Works through it block by block, so it needs room for a block and not for the line.
+//
+// The weighted sum takes the taps in order. Taps outside and samples inside keep that order for every sample. A box
+// goes from sum to sum instead, and where the order could be seen in the narrowed result, that sample is summed in
+// order after all; so every way gives the same bits.
 class CLineFilter {
  public:
   CLineFilter(const CDSPConvolution& options, const std::vector<double>& taps);
@@ -23,20 +26,39 @@ class CLineFilter {
     double weight;
     int offset;
   };
+  struct Block {
+    int first;      // in the line
+    int count;      // samples
+    int lineCount;  // of the whole line
+  };
 
-  void LoadBlock(const DSPLine& line, int first, int count);
-  void SumBlock(int count);
-  void FilterCentred(int first, int at, int lineCount);
-  void StoreBlock(const DSPLine& line, int first, int count);
+  void LoadBlock(const DSPLine& line, const Block& block);
+  void LoadNulls(const DSPLine& line, const Block& block, int from, int to);
+  void SumTaps(const Block& block);
+  void SumBox(const Block& block, double bound);
+  void SlideEnds(const Block& block);
+  void SumInOrder(const Block& block, int at);
+  void SettleBox(const Block& block, double bound);
+  void Divide(const Block& block);
+  std::uint64_t FindUnfiltered(const Block& block, int at, int count) const;
+  void StoreBlock(const DSPLine& line, const Block& block);
+
+  int GetReach(const Block& block, int at) const;
+  bool IsNearEnd(const Block& block, int at) const;
+  template <class Visit>
+  void VisitEnds(const Block& block, Visit visit) const;
 
   const CDSPConvolution& options_;
   std::vector<Tap> taps_;  // those that weigh anything
   double total_ = 0;       // of their weights
   int half_;
+  bool box_;                     // every weight is 1
   bool anyNull_ = false;         // among the loaded samples; off the line counts as null
+  bool floats_ = false;          // the line's samples are floats, and stand in narrow_ as well
   std::vector<double> samples_;  // the block and half_ to each side; nulls are 0
-  std::vector<double> nulls_;    // 1 for a null, else 0
-  std::vector<double> sums_;
+  std::vector<float> narrow_;
+  std::vector<double> nulls_;  // 1 for a null, else 0
+  std::vector<double> sums_;   // divided in the end
   std::vector<double> missing_;
 };
 

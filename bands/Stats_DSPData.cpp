@@ -10,6 +10,12 @@
 
 namespace tallyscope {
 
+CStats_DSPData::CStats_DSPData(CDSPData* data) : data_(data) {
+  for (std::size_t i = 0; i < data->bands.size(); ++i) {
+    if (data->bands[i]->mask != nullptr) data->EnsureMask(static_cast<int>(i), false);
+  }
+}
+
 double CStats_DSPData::GetCoordinate(int field, int station) const {
   if (data_->dimensionality == 1) return station;
   const int inPlane = data_->dimensionality == 3 ? station % data_->planeSize : station;

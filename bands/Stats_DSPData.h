@@ -10,7 +10,7 @@ namespace tallyscope {
 // masks. The axes are the samples' indices along x, y and z.
 class CStats_DSPData : public CStats_Data {
  public:
-  explicit CStats_DSPData(CDSPData* data) : data_(data) {}  // not owned
+  explicit CStats_DSPData(CDSPData* data);  // not owned; masks that are too short for it are lengthened
 
   int GetSize() override { return data_->sampleCount; }
   int GetSpatialSize() override { return data_->dimensionality; }

@@ -5,6 +5,7 @@
 
 #include <limits>
 
+#include "bands/DSPAGC.h"
 #include "bands/DSPConvolution.h"
 #include "bands/DSPLog.h"
 #include "bands/DSPPower.h"
@@ -124,6 +125,37 @@ TEST(DSPOperation, DisabledInputsAndBandsStayAsTheyAre) {
   EXPECT_TRUE(process.Run(nullptr));
   EXPECT_EQ(first.samples, (std::vector<float>{1, 2}));
   EXPECT_EQ(second.samples, (std::vector<float>{30, 40}));
+}
+
+// An operation made of steps leaves what is switched off alone, and mixes nothing up.
+TEST(DSPOperation, StepsWithinAStepKeepInputsAndBandsApart) {
+  const std::vector<double> values[] = {{1, 2, 6, 4}, {10, 20, 60, 40}};
+  for (const bool gain : {false, true}) {
+    CDSPData data[2];
+    std::vector<TestBand> bands;
+    bands.reserve(4);
+    for (CDSPData& set : data) {
+      set.SetDimensions(2, 2, 1);
+      for (const auto& band : values) bands.emplace_back(band).Put(set);
+    }
+    CDSPConvolution smooth;
+    CDSPAGC agc;
+    smooth.SetBoxKernel(2, 3, 3, 1);
+    agc.width = 3;
+    CDSPOperation& step = gain ? static_cast<CDSPOperation&>(agc) : smooth;
+    step.inputEnable = {false};
+    step.bandEnable = {bvector(), bvector(1, false)};
+    CDSPProcess process;
+    for (CDSPData& set : data) process.Storage().AddInput(&set, false), process.Storage().AddOutput(&set, false);
+    process.Append(step);
+    EXPECT_TRUE(process.Run(nullptr));
+    for (const int untouched : {0, 1, 2}) {
+      EXPECT_EQ(bands[untouched].samples, TestBand(values[untouched % 2]).samples) << untouched;
+    }
+    const float amplitude = std::sqrt(float{(100 + 400 + 3600 + 1600) / 4});
+    const float wanted = gain ? 10 / amplitude : 32.5f;
+    EXPECT_FLOAT_EQ(bands[3].samples[0], wanted);
+  }
 }
 
 class Impatient : public CDSPProgress {

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+
+namespace tallyscope {
+
+// Sums of `width` samples each: sums[i] = samples[i] + ... + samples[i + width - 1]. Each sum comes from the one
+// before, in several chains side by side.
+void SlideBox(const double* samples, int width, double* sums, int count);
+
+// How far sums that take their terms in another order may lie apart.
+struct SumSpread {
+  bool finite = false;  // no NaN and no infinity among the samples
+  double bound = 0;     // of the difference; 0: none, each sum is exact in every order
+};
+
+// For sums of up to `terms` of these samples, reached by up to `steps` additions and subtractions.
+SumSpread GetSumSpread(std::span<const float> samples, int terms, int steps);
+
+}  // namespace tallyscope

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+// Filters over ten million samples, from one band into another, each beside the least that the work asks for: a copy
+// that reads and writes every sample, a running sum without a look at nulls, or the taps in order over plain arrays.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <random>
+#include <vector>
+
+#include "bands/DSPAGC.h"
+#include "bands/DSPConvolution.h"
+#include "bands/DSPLog.h"
+#include "bands/DSPPower.h"
+#include "bands/DSPProcess.h"
+#include "platform/core/WideVectors.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr int kSamples = 10'000'000;
+
+struct Band {
+  std::vector<float> samples = std::vector<float>(kSamples);
+  bvector nulls = bvector(kSamples);
+
+  void Put(CDSPData& data) {
+    data.SetDimensions(kSamples, 1, 1);
+    CDSPDataBand& band = data.AddBand();
+    band.SetFloatData(samples.data(), false);
+    band.SetMask(&nulls, false, CDSPDataBand::kDefaultNull);
+  }
+};
+
+// A field around 100, or with `percent` nulls.
+Band& GetInput(int percent) {
+  static Band bands[2];
+  Band& band = bands[percent];
+  if (band.samples[0] != 0) return band;
+  std::mt19937 random(7);
+  std::normal_distribution<float> noise(100, 20);
+  for (int i = 0; i < kSamples; ++i) {
+    band.samples[static_cast<std::size_t>(i)] = noise(random);
+    band.nulls.Set(i, percent != 0 && random() % 100 == 0);
+  }
+  return band;
+}
+
+Band& GetOutput() {
+  static Band band;
+  return band;
+}
+
+// The filter's meaning at one sample, for the check of an answer.
+float FilterPlainly(const Band& band, const CDSPConvolution& filter, int at) {
+  const int half = filter.widths[0] / 2;
+  double sum = 0, weight = 0, missing = 0;
+  for (const double w : filter.kernel) weight += w;
+  for (int o = -half; o <= half; ++o) {
+    const double w = filter.kernel[static_cast<std::size_t>(o + half)];
+    if (band.nulls.Get(at + o)) {
+      missing += w;
+    } else {
+      sum += band.samples[static_cast<std::size_t>(at + o)] * w;
+    }
+  }
+  return static_cast<float>(filter.rawSum ? sum : sum / (weight - missing));
+}
+
+bool IsRight(const Band& from, const Band& to, const CDSPConvolution& filter) {
+  for (int at = 5000; at < kSamples - 5000; at += 99'991) {
+    if (to.nulls.Get(at)) continue;
+    const auto got = std::bit_cast<std::uint32_t>(to.samples[static_cast<std::size_t>(at)]);
+    if (got != std::bit_cast<std::uint32_t>(FilterPlainly(from, filter, at))) return false;
+  }
+  return true;
+}
+
+void Time(benchmark::State& state, CDSPOperation& operation, int percent) {
+  Band& from = GetInput(percent);
+  Band& to = GetOutput();
+  for (auto _ : state) {
+    CDSPData in;
+    CDSPData out;
+    from.Put(in);
+    to.Put(out);
+    CDSPProcess process;
+    process.Storage().AddInput(&in, false);
+    process.Storage().AddOutput(&out, false);
+    process.Append(operation);
+    if (!process.Run(nullptr)) state.SkipWithError("it failed");
+  }
+  const auto* filter = dynamic_cast<const CDSPConvolution*>(&operation);
+  if (filter != nullptr && !IsRight(from, to, *filter)) state.SkipWithError("a wrong answer");
+  if (to.nulls.Count() == kSamples) state.SkipWithError("no answer");
+}
+
+// Arguments: width, percent of nulls.
+void Box(benchmark::State& state) {
+  CDSPConvolution filter;
+  filter.SetBoxKernel(1, static_cast<int>(state.range(0)), 1, 1);
+  filter.edgeMode = CDSPConvolution::kCentred;
+  Time(state, filter, static_cast<int>(state.range(1)));
+}
+
+void Gaussian(benchmark::State& state) {
+  CDSPConvolution filter;
+  filter.SetGaussianKernel(1, static_cast<int>(state.range(0)), 1, 1);
+  filter.edgeMode = CDSPConvolution::kCentred;
+  Time(state, filter, static_cast<int>(state.range(1)));
+}
+
+void Difference(benchmark::State& state) {
+  CDSPConvolution filter;
+  filter.SetDifferenceKernel(4);
+  Time(state, filter, static_cast<int>(state.range(0)));
+}
+
+void Gain(benchmark::State& state) {
+  CDSPAGC gain;
+  gain.dimension = 1;
+  gain.width = 101;
+  Time(state, gain, static_cast<int>(state.range(0)));
+}
+
+void Power(benchmark::State& state) {
+  CDSPPower power;
+  power.exponent = 1.5;
+  Time(state, power, static_cast<int>(state.range(0)));
+}
+
+void Log(benchmark::State& state) {
+  CDSPLog log;  // every other run is the way back, which takes a power in place of the logarithm
+  Time(state, log, static_cast<int>(state.range(0)));
+}
+
+void FloorCopy(benchmark::State& state) {
+  const auto& from = GetInput(0).samples;
+  auto& to = GetOutput().samples;
+  for (auto _ : state) {
+    std::copy(from.begin(), from.end(), to.begin());
+    benchmark::ClobberMemory();
+  }
+}
+
+// Four running sums side by side, without nulls, ends or a care for rounding.
+void FloorBox(benchmark::State& state) {
+  const int width = static_cast<int>(state.range(0));
+  const float* const from = GetInput(0).samples.data();
+  float* const to = GetOutput().samples.data();
+  const int length = (kSamples - width) / 4;
+  for (auto _ : state) {
+    double sums[4] = {};
+    for (int c = 0; c < 4; ++c) {
+      for (int i = 0; i < width; ++i) sums[c] += from[c * length + i];
+    }
+    for (int i = 0; i < length; ++i) {
+      for (int c = 0; c < 4; ++c) {
+        const float* const at = from + c * length + i;
+        to[c * length + i] = static_cast<float>(sums[c] / width);
+        sums[c] += static_cast<double>(at[width]) - at[0];
+      }
+    }
+    benchmark::ClobberMemory();
+  }
+}
+
+TALLYSCOPE_WIDE_VECTORS
+void AddTap(const float* from, double weight, double* sums, int count) {
+  for (int i = 0; i < count; ++i) sums[i] += from[i] * weight;
+}
+
+void FloorTaps(benchmark::State& state) {
+  CDSPConvolution filter;
+  filter.SetGaussianKernel(1, static_cast<int>(state.range(0)), 1, 1);
+  const int width = static_cast<int>(state.range(0));
+  const float* const from = GetInput(0).samples.data();
+  float* const to = GetOutput().samples.data();
+  std::vector<double> sums(1024);
+  for (auto _ : state) {
+    for (int first = 0; first + width + 1024 < kSamples; first += 1024) {
+      std::fill(sums.begin(), sums.end(), 0.0);
+      for (int o = 0; o < width; ++o) {
+        AddTap(from + first + o, filter.kernel[static_cast<std::size_t>(o)], sums.data(), 1024);
+      }
+      for (int i = 0; i < 1024; ++i) to[first + i] = static_cast<float>(sums[static_cast<std::size_t>(i)]);
+    }
+    benchmark::ClobberMemory();
+  }
+}
+
+BENCHMARK(FloorCopy)->Unit(benchmark::kMillisecond);
+BENCHMARK(FloorBox)->Arg(11)->Arg(101)->Unit(benchmark::kMillisecond);
+BENCHMARK(Box)->ArgsProduct({{11, 101, 1001}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(FloorTaps)->Arg(11)->Arg(101)->Unit(benchmark::kMillisecond);
+BENCHMARK(Gaussian)->ArgsProduct({{11, 101}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(Difference)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(Gain)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(Power)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(Log)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace tallyscope
