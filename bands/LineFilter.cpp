@@ -17,6 +17,7 @@ namespace {
 
 constexpr double kNoWeight = 2.220446049250313e-14;
 constexpr int kBlock = 2048;
+constexpr int kWindows = 16;   // of half the width that a block has room for, so that its first sums cost little
 constexpr int kNarrowBox = 8;  // up to which the taps are quicker
 
 bool IsNoWeight(double weight) {
@@ -45,18 +46,26 @@ void AddFourTaps(const double* s0, const double* s1, const double* s2, const dou
 }
 
 TALLYSCOPE_WIDE_VECTORS
-void DivideAll(double* sums, double divisor, int count) {
-  for (int i = 0; i < count; ++i) sums[i] /= divisor;
-}
-
-TALLYSCOPE_WIDE_VECTORS
 void DivideEach(double* sums, double total, const double* missing, int count) {
   for (int i = 0; i < count; ++i) sums[i] /= total - missing[i];
 }
 
-template <class In>
-void Widen(const In* from, double* to, int count) {
-  for (int i = 0; i < count; ++i) to[i] = static_cast<double>(from[i]);
+TALLYSCOPE_WIDE_VECTORS
+void Narrow(const double* sums, double divisor, float* to, int count) {
+  for (int i = 0; i < count; ++i) to[i] = static_cast<float>(sums[i] / divisor);
+}
+
+void Narrow(const double* sums, double divisor, double* to, int count) {
+  for (int i = 0; i < count; ++i) to[i] = sums[i] / divisor;
+}
+
+TALLYSCOPE_WIDE_VECTORS
+void Widen(const float* from, double* to, int count) {
+  for (int i = 0; i < count; ++i) to[i] = from[i];
+}
+
+void Widen(const double* from, double* to, int count) {
+  std::copy_n(from, count, to);
 }
 
 // 1 where sums within `bound` of this one would be narrowed to different floats, or to a zero whose sign may differ.
@@ -80,6 +89,10 @@ CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<doubl
     taps_.push_back({taps[i], static_cast<int>(i) - half_});
     total_ += taps[i];
   }
+  const double centre = taps[static_cast<std::size_t>(half_)];
+  plain_ = !options.rawSum && !options.requireFullWindow && !options.filterNulls &&
+           options.edgeMode != CDSPConvolution::kInside && centre > 2 * kNoWeight * static_cast<double>(taps.size()) &&
+           std::all_of(taps.begin(), taps.end(), [](double tap) { return tap >= 0; });
   box_ = taps.size() > kNarrowBox && std::all_of(taps.begin(), taps.end(), [](double tap) { return tap == 1.0; });
 }
 
@@ -105,18 +118,17 @@ void CLineFilter::VisitEnds(const Block& block, Visit visit) const {
 }
 
 void CLineFilter::Run(const DSPLine& line) {
-  const int size = std::max(kBlock, half_);
+  const int size = std::max(kBlock, half_ > line.count / kWindows ? line.count : kWindows * half_);
   for (int first = 0; first < line.count; first += size) {
     const Block block{first, std::min(size, line.count - first), line.count};
     LoadBlock(line, block);
     const int width = 2 * half_ + 1;
-    const auto spread = box_ && floats_ ? GetSumSpread(narrow_, width, 2 * block.count + width) : SumSpread{};
+    const auto spread = box_ && floats_ ? GetSumSpread(samples_, width + 16, 2 * block.count + width) : SumSpread{};
     if (spread.finite) {
       SumBox(block, spread.bound);
     } else {
       SumTaps(block);
     }
-    if (!options_.rawSum) Divide(block);
     StoreBlock(line, block);
     if (line.count - first <= size) break;  // first + size may be beyond an int
   }
@@ -142,9 +154,6 @@ void CLineFilter::LoadBlock(const DSPLine& line, const Block& block) {
     }
   });
   LoadNulls(line, block, from, to);
-  if (!box_ || !floats_) return;
-  narrow_.resize(room);
-  for (std::size_t i = 0; i < room; ++i) narrow_[i] = static_cast<float>(samples_[i]);
 }
 
 void CLineFilter::LoadNulls(const DSPLine& line, const Block& block, int from, int to) {
@@ -222,10 +231,10 @@ void CLineFilter::SumBox(const Block& block, double bound) {
   const auto count = static_cast<std::size_t>(block.count);
   const int width = 2 * half_ + 1;
   sums_.resize(count);
-  SlideBox(samples_.data(), width, sums_.data(), block.count);
+  SlideBox(samples_.data(), width, sums_.data(), block.count, room_);
   if (anyNull_) {
     missing_.resize(count);
-    SlideBox(nulls_.data(), width, missing_.data(), block.count);
+    SlideBox(nulls_.data(), width, missing_.data(), block.count, room_);
   }
   if (options_.edgeMode == CDSPConvolution::kCentred) SlideEnds(block);
   if (bound > 0) SettleBox(block, bound);
@@ -268,25 +277,19 @@ void CLineFilter::SettleBox(const Block& block, double bound) {
   }
 }
 
-// Where the whole window is required, all weights are there or the sample isn't filtered.
-void CLineFilter::Divide(const Block& block) {
-  if (!anyNull_ || options_.requireFullWindow) {
-    DivideAll(sums_.data(), total_, block.count);
-  } else {
-    DivideEach(sums_.data(), total_, missing_.data(), block.count);
-  }
-}
-
 // Bits of the samples from `at` on that have no result.
-std::uint64_t CLineFilter::FindUnfiltered(const Block& block, int at, int count) const {
+std::uint64_t CLineFilter::FindUnfiltered(const DSPLine& line, const Block& block, int at, int count) const {
   if (!anyNull_) return options_.rawSum || !IsNoWeight(total_) ? 0 : LowBits(count);
+  if (plain_ && line.inStride == 1) {
+    return line.In().mask != nullptr ? LoadBits(*line.In().mask, line.inFirst + block.first + at, count) : 0;
+  }
   std::uint64_t bits = 0;
   for (int i = 0; i < count; ++i) {
     const auto slot = static_cast<std::size_t>(at + i);
     const double missing = missing_[slot];
     const bool null = nulls_[slot + static_cast<std::size_t>(half_)] != 0;
     const bool inside = options_.edgeMode != CDSPConvolution::kInside || !IsNearEnd(block, at + i);
-    const bool enough = options_.requireFullWindow ? missing == 0 : true;
+    const bool enough = !options_.requireFullWindow || missing == 0;
     const bool weighs = options_.rawSum || !IsNoWeight(total_ - missing);
     const bool good = (!null || options_.filterNulls) && inside && enough && weighs;
     bits |= std::uint64_t{!good} << i;
@@ -297,19 +300,23 @@ std::uint64_t CLineFilter::FindUnfiltered(const Block& block, int at, int count)
 void CLineFilter::StoreBlock(const DSPLine& line, const Block& block) {
   const CDSPDataBand& in = line.In();
   CDSPDataBand& out = line.Out();
+  // Where the whole window is required, all weights are there or the sample has no result.
+  const bool even = options_.rawSum || !anyNull_ || options_.requireFullWindow;
+  const double divisor = options_.rawSum || !even ? 1.0 : total_;
+  if (!even) DivideEach(sums_.data(), total_, missing_.data(), block.count);
   const auto inAt = [&](int i) { return line.inFirst + (block.first + i) * line.inStride; };
   const auto outAt = [&](int i) { return line.outFirst + (block.first + i) * line.outStride; };
   WithSamples(in, line.overlap->input->data->elementType, 0, [&](const auto* from) {
     WithSamples(out, line.overlap->output->data->elementType, 0, [&]<class Out>(Out* to) {
+      if (line.outStride == 1) {
+        Narrow(sums_.data(), divisor, to + outAt(0), block.count);
+      } else {
+        for (int i = 0; i < block.count; ++i)
+          to[outAt(i)] = static_cast<Out>(sums_[static_cast<std::size_t>(i)] / divisor);
+      }
       for (int first = 0; first < block.count; first += kMaskWord) {
         const int count = std::min(kMaskWord, block.count - first);
-        const double* const values = sums_.data() + first;
-        auto nulls = FindUnfiltered(block, first, count);
-        if (line.outStride == 1) {
-          for (int i = 0; i < count; ++i) to[outAt(first) + i] = static_cast<Out>(values[i]);
-        } else {
-          for (int i = 0; i < count; ++i) to[outAt(first + i)] = static_cast<Out>(values[i]);
-        }
+        auto nulls = FindUnfiltered(line, block, first, count);
         for (auto bits = nulls; bits != 0; bits &= bits - 1) {
           const int i = std::countr_zero(bits);
           const bool keeps = options_.keepUnfiltered && !in.IsNull(inAt(first + i));

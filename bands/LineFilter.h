@@ -39,8 +39,7 @@ class CLineFilter {
   void SlideEnds(const Block& block);
   void SumInOrder(const Block& block, int at);
   void SettleBox(const Block& block, double bound);
-  void Divide(const Block& block);
-  std::uint64_t FindUnfiltered(const Block& block, int at, int count) const;
+  std::uint64_t FindUnfiltered(const DSPLine& line, const Block& block, int at, int count) const;
   void StoreBlock(const DSPLine& line, const Block& block);
 
   int GetReach(const Block& block, int at) const;
@@ -53,13 +52,14 @@ class CLineFilter {
   double total_ = 0;       // of their weights
   int half_;
   bool box_;                     // every weight is 1
+  bool plain_;                   // a sample that is no null has a result
   bool anyNull_ = false;         // among the loaded samples; off the line counts as null
-  bool floats_ = false;          // the line's samples are floats, and stand in narrow_ as well
+  bool floats_ = false;          // the line's samples are floats
   std::vector<double> samples_;  // the block and half_ to each side; nulls are 0
-  std::vector<float> narrow_;
-  std::vector<double> nulls_;  // 1 for a null, else 0
-  std::vector<double> sums_;   // divided in the end
+  std::vector<double> nulls_;    // 1 for a null, else 0
+  std::vector<double> sums_;
   std::vector<double> missing_;
+  std::vector<double> room_;
 };
 
 }  // namespace tallyscope
