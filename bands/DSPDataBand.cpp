@@ -22,19 +22,19 @@ void CDSPDataBand::Clear() {
 }
 
 void CDSPDataBand::SetDoubleData(double* data, bool own) {
-  if (ownDoubles_.get() == data) ownDoubles_.release();  // handed in again
+  if (ownDoubles_.get() == data) static_cast<void>(ownDoubles_.release());  // handed in again
   doubleData = data;
   ownDoubles_.reset(own ? data : nullptr);
 }
 
 void CDSPDataBand::SetFloatData(float* data, bool own) {
-  if (ownFloats_.get() == data) ownFloats_.release();
+  if (ownFloats_.get() == data) static_cast<void>(ownFloats_.release());
   floatData = data;
   ownFloats_.reset(own ? data : nullptr);
 }
 
 void CDSPDataBand::SetMask(bvector* samplesNull, bool own, float null) {
-  if (ownMask_.get() == samplesNull) ownMask_.release();
+  if (ownMask_.get() == samplesNull) static_cast<void>(ownMask_.release());
   mask = samplesNull;
   ownMask_.reset(own ? samplesNull : nullptr);
   nullValue = null;

@@ -25,7 +25,7 @@ void CDSPOperationData::TakeCopy(const CDSPOperationData& source) {
 }
 
 void CDSPOperationData::SetData(CDSPData* set, bool own) {
-  if (own_.get() == set) own_.release();
+  if (own_.get() == set) static_cast<void>(own_.release());
   data = set;
   own_.reset(own ? set : nullptr);
 }

@@ -16,7 +16,7 @@ CStats_DSPData::CStats_DSPData(CDSPData* data) : data_(data) {
   }
 }
 
-double CStats_DSPData::GetCoordinate(int field, int station) const {
+int CStats_DSPData::GetCoordinate(int field, int station) const {
   if (data_->dimensionality == 1) return station;
   const int inPlane = data_->dimensionality == 3 ? station % data_->planeSize : station;
   if (field == -1) return inPlane % data_->sizeX;

@@ -24,7 +24,7 @@ class CStats_DSPData : public CStats_Data {
 
  private:
   const CDSPDataBand& GetBand(int field) const { return *data_->bands[static_cast<std::size_t>(field)]; }
-  double GetCoordinate(int field, int station) const;
+  int GetCoordinate(int field, int station) const;
   void ReadCoordinates(int field, int first, int count, double* values) const;
   std::size_t GetElement(int station) const {
     return static_cast<std::size_t>(station) * static_cast<std::size_t>(data_->elementsPerSample);

@@ -12,7 +12,7 @@ namespace {
 constexpr const char* kUndocumented = "An undocumented file error occurred.";
 
 // By cause. Two depend on more than the cause.
-constexpr const char* kSentences[] = {
+constexpr const char* kSentences[] = {  // NOLINT(bugprone-suspicious-missing-comma): long ones go on
     "Apparently there was no error!",
     "The error is not specified.",
     "The file does not exist.",
