@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -14,6 +15,16 @@ namespace tallyscope {
 
 template <class T>
 using Choices = std::vector<std::pair<CString, T>>;
+
+// For an option that takes a finite number above 0. CLI11's own answers with all 309 digits of the largest double.
+inline CLI::Validator AboveZero() {
+  const auto test = [](const std::string& text) {
+    double value = 0;
+    const bool good = CLI::detail::lexical_cast(text, value) && std::isfinite(value) && value > 0;
+    return good ? std::string() : "'" + text + "' is no number above 0";
+  };
+  return CLI::Validator(test, "ABOVE 0");
+}
 
 // An option that takes one of a few words. `store` gets the value of the word that was given.
 template <class T>

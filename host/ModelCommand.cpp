@@ -57,7 +57,7 @@ void CModelCommand::AddOptions(CLI::App& app) {
       ->check(CLI::Range(-90.0, 90.0));
   app.add_option("--range", range_, "longest distance; half as far again as the model's longest range without it")
       ->type_name("R")
-      ->check(CLI::PositiveNumber);
+      ->check(AboveZero());
   AddChoice<int>(app, "--dimension", {{"2", 2}, {"3", 3}},
                  "whether the model is of a plane (so without this) or a space",
                  [this](int dimension) { dimension_ = dimension; });

@@ -43,14 +43,14 @@ void CVariogramCommand::AddOptions(CLI::App& app) {
       ->type_name("NAME");
   app.add_option("--range", request_.range, "longest distance of a pair; without it from the spacing of the stations")
       ->type_name("R")
-      ->check(CLI::PositiveNumber);
+      ->check(AboveZero());
   app.add_option("--samples", request_.samples, "take every n-th station, so that about N are left; all without it")
       ->type_name("N")
-      ->check(CLI::PositiveNumber);
+      ->check(AboveZero());
   app.add_flag("--covariance", request_.covariance, "print the covariance beside the moment of inertia");
   app.add_option("--error-variance", request_.errorDistance, "the variance among neighbours closer than R")
       ->type_name("R")
-      ->check(CLI::PositiveNumber);
+      ->check(AboveZero());
   AddChoice<GridKind>(app, "--grid", {{"polar", GridKind::kPolar}, {"cartesian", GridKind::kCartesian}},
                       "the cells that the pairs were counted in: a summary, or all of them with --json",
                       [this](GridKind grid) { request_.grid = grid; });

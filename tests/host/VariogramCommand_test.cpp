@@ -228,7 +228,7 @@ TEST(VariogramCommand, RefusalsAreOneSentence) {
            Case{{meuse, "--field", "zinc", "--fit", "--model", "a.mvf"}, kExitWrongCall, "one of them"},
            Case{{meuse, "--field", "zinc", "-o", "a.mvf"}, kExitWrongCall, "-o goes with --fit"},
            Case{{meuse, "--field", "zinc", "--fit", "-o", "-"}, kExitWrongCall, "name of a file"},
-           Case{{meuse, "--field", "zinc", "--range", "-5"}, kExitWrongCall, "--range"},
+           Case{{meuse, "--field", "zinc", "--range", "-5"}, kExitWrongCall, "is no number above 0"},
            Case{{meuse, "--field", "zinc", "--samples", "0"}, kExitWrongCall, "--samples"},
            Case{{meuse, "--field", "zinc", "--direction", "361"}, kExitWrongCall, "--direction"},
            Case{{meuse, "--field", "zinc", "--direction", "0", "--width", "1"}, kExitWrongCall, "--width"},
