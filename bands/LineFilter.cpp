@@ -83,7 +83,7 @@ void FindOpen(const double* sums, double total, const double* missing, double bo
 }  // namespace
 
 CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<double>& taps)
-    : options_(options), half_(static_cast<int>(taps.size() / 2)) {
+    : options_(options), half_(static_cast<int>(taps.size() / 2)), means_(static_cast<int>(taps.size())) {
   for (std::size_t i = 0; i < taps.size(); ++i) {
     if (!(std::abs(taps[i]) >= kNoWeight)) continue;
     taps_.push_back({taps[i], static_cast<int>(i) - half_});
@@ -93,7 +93,8 @@ CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<doubl
   plain_ = !options.rawSum && !options.requireFullWindow && !options.filterNulls &&
            options.edgeMode != CDSPConvolution::kInside && centre > 2 * kNoWeight * static_cast<double>(taps.size()) &&
            std::all_of(taps.begin(), taps.end(), [](double tap) { return tap >= 0; });
-  box_ = taps.size() > kNarrowBox && std::all_of(taps.begin(), taps.end(), [](double tap) { return tap == 1.0; });
+  box_ = std::all_of(taps.begin(), taps.end(), [](double tap) { return tap == 1.0; });
+  slides_ = box_ && taps.size() > kNarrowBox;
 }
 
 bool CLineFilter::IsNearEnd(const Block& block, int at) const {
@@ -121,17 +122,45 @@ void CLineFilter::Run(const DSPLine& line) {
   const int size = std::max(kBlock, half_ > line.count / kWindows ? line.count : kWindows * half_);
   for (int first = 0; first < line.count; first += size) {
     const Block block{first, std::min(size, line.count - first), line.count};
-    LoadBlock(line, block);
-    const int width = 2 * half_ + 1;
-    const auto spread = box_ && floats_ ? GetSumSpread(samples_, width + 16, 2 * block.count + width) : SumSpread{};
-    if (spread.finite) {
-      SumBox(block, spread.bound);
-    } else {
-      SumTaps(block);
-    }
-    StoreBlock(line, block);
+    if (!MeanBlock(line, block)) FilterBlock(line, block);
     if (line.count - first <= size) break;  // first + size may be beyond an int
   }
+}
+
+// A block of floats under a box, away from the ends of the line: false, and nothing is done, for any other, and where
+// sums could be rounded.
+bool CLineFilter::MeanBlock(const DSPLine& line, const Block& block) {
+  const bool floats = line.overlap->input->data->elementType != CDSPData::kDouble &&
+                      line.overlap->output->data->elementType != CDSPData::kDouble;
+  if (!box_ || !floats || line.inStride != 1 || line.outStride != 1 || block.count % CBoxMeans::kStep != 0)
+    return false;
+  if (block.first < half_ || block.lineCount - block.first - block.count < half_ + CBoxMeans::kAhead) return false;
+  const int first = line.inFirst + block.first - half_;
+  const bvector* const mask = line.In().mask;
+  const float* const from = line.In().floatData + first;
+  float* const to = line.Out().floatData + line.outFirst + block.first;
+  anyNull_ = mask != nullptr && !AllClear(*mask, first, block.count + 2 * half_);
+  if (!anyNull_) {
+    if (!means_.Run(from, options_.rawSum ? 1.0 : total_, to, block.count)) return false;
+  } else if (!plain_ || !means_.RunAroundNulls(from, *mask, first, to, block.count)) {
+    return false;
+  }
+  StoreNulls(line, block);
+  return true;
+}
+
+void CLineFilter::FilterBlock(const DSPLine& line, const Block& block) {
+  LoadBlock(line, block);
+  const int width = 2 * half_ + 1;
+  const auto spread = slides_ && floats_
+                          ? GetSumSpread(std::span<const double>(samples_), width + 16, 2 * block.count + width)
+                          : SumSpread{};
+  if (spread.finite) {
+    SumBox(block, spread.bound);
+  } else {
+    SumTaps(block);
+  }
+  StoreBlock(line, block);
 }
 
 void CLineFilter::LoadBlock(const DSPLine& line, const Block& block) {
@@ -298,22 +327,33 @@ std::uint64_t CLineFilter::FindUnfiltered(const DSPLine& line, const Block& bloc
 }
 
 void CLineFilter::StoreBlock(const DSPLine& line, const Block& block) {
-  const CDSPDataBand& in = line.In();
-  CDSPDataBand& out = line.Out();
   // Where the whole window is required, all weights are there or the sample has no result.
   const bool even = options_.rawSum || !anyNull_ || options_.requireFullWindow;
   const double divisor = options_.rawSum || !even ? 1.0 : total_;
   if (!even) DivideEach(sums_.data(), total_, missing_.data(), block.count);
+  const int first = line.outFirst + block.first * line.outStride;
+  WithSamples(line.Out(), line.overlap->output->data->elementType, 0, [&]<class Out>(Out* band) {
+    Out* const to = band + first;
+    if (line.outStride == 1) {
+      Narrow(sums_.data(), divisor, to, block.count);
+      return;
+    }
+    for (int i = 0; i < block.count; ++i) {
+      to[static_cast<std::ptrdiff_t>(i) * line.outStride] =
+          static_cast<Out>(sums_[static_cast<std::size_t>(i)] / divisor);
+    }
+  });
+  StoreNulls(line, block);
+}
+
+// What has no result: the null value and the mask.
+void CLineFilter::StoreNulls(const DSPLine& line, const Block& block) {
+  const CDSPDataBand& in = line.In();
+  CDSPDataBand& out = line.Out();
   const auto inAt = [&](int i) { return line.inFirst + (block.first + i) * line.inStride; };
   const auto outAt = [&](int i) { return line.outFirst + (block.first + i) * line.outStride; };
   WithSamples(in, line.overlap->input->data->elementType, 0, [&](const auto* from) {
     WithSamples(out, line.overlap->output->data->elementType, 0, [&]<class Out>(Out* to) {
-      if (line.outStride == 1) {
-        Narrow(sums_.data(), divisor, to + outAt(0), block.count);
-      } else {
-        for (int i = 0; i < block.count; ++i)
-          to[outAt(i)] = static_cast<Out>(sums_[static_cast<std::size_t>(i)] / divisor);
-      }
       for (int first = 0; first < block.count; first += kMaskWord) {
         const int count = std::min(kMaskWord, block.count - first);
         auto nulls = FindUnfiltered(line, block, first, count);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bands/BandWalk.h"
+#include "bands/BoxMeans.h"
 
 namespace tallyscope {
 
@@ -32,6 +33,8 @@ class CLineFilter {
     int lineCount;  // of the whole line
   };
 
+  bool MeanBlock(const DSPLine& line, const Block& block);
+  void FilterBlock(const DSPLine& line, const Block& block);
   void LoadBlock(const DSPLine& line, const Block& block);
   void LoadNulls(const DSPLine& line, const Block& block, int from, int to);
   void SumTaps(const Block& block);
@@ -41,6 +44,7 @@ class CLineFilter {
   void SettleBox(const Block& block, double bound);
   std::uint64_t FindUnfiltered(const DSPLine& line, const Block& block, int at, int count) const;
   void StoreBlock(const DSPLine& line, const Block& block);
+  void StoreNulls(const DSPLine& line, const Block& block);
 
   int GetReach(const Block& block, int at) const;
   bool IsNearEnd(const Block& block, int at) const;
@@ -52,6 +56,7 @@ class CLineFilter {
   double total_ = 0;       // of their weights
   int half_;
   bool box_;                     // every weight is 1
+  bool slides_;                  // a box that is wide enough to go from sum to sum
   bool plain_;                   // a sample that is no null has a result
   bool anyNull_ = false;         // among the loaded samples; off the line counts as null
   bool floats_ = false;          // the line's samples are floats
@@ -60,6 +65,7 @@ class CLineFilter {
   std::vector<double> sums_;
   std::vector<double> missing_;
   std::vector<double> room_;
+  CBoxMeans means_;
 };
 
 }  // namespace tallyscope
