@@ -14,91 +14,120 @@ namespace tallyscope {
 
 namespace {
 
-template <class Number>
-struct FourOf {
-  using Aligned [[gnu::vector_size(4 * sizeof(Number))]] = Number;
-  using Anywhere [[gnu::vector_size(4 * sizeof(Number)), gnu::aligned(alignof(Number)), gnu::may_alias]] = Number;
+template <class Number, int kLanes>
+struct VectorOf {
+  using Aligned [[gnu::vector_size(kLanes * sizeof(Number))]] = Number;
+  using Anywhere [[gnu::vector_size(kLanes * sizeof(Number)), gnu::aligned(alignof(Number)), gnu::may_alias]] = Number;
 };
 
-// The sums of four windows in a row. Each moves four samples on by the four changes that begin at it, a change being
-// the sample that comes in less the one that leaves. Changes are added up by pairs, so that no chain of sums waits for
-// another. All of it stays in registers.
-template <class Number, class Sample>
-class FourSums {
+// The sums of a few windows in a row, one to a lane. Each moves on by as many samples as there are lanes, by the
+// changes that begin at it, a change being the sample that comes in less the one that leaves. No sum waits for its
+// neighbour, and all of it stays in registers.
+template <class Number, class Sample, int kLanes>
+class WindowSums {
  public:
-  using Four = typename FourOf<Number>::Aligned;
+  using Vector = typename VectorOf<Number, kLanes>::Aligned;
 
-  [[gnu::always_inline]] FourSums(const Sample* samples, int width) : width_(width) {
-    Four part{};
+  [[gnu::always_inline]] WindowSums(const Sample* samples, int width) : width_(width) {
+    Vector part{};
     int i = 0;
-    for (; i + 4 <= width; i += 4) {
-      Four more;
+    for (; i + kLanes <= width; i += kLanes) {
+      Vector more;
       Load(samples + i, more);
       part += more;
     }
-    Number sum = (part[0] + part[1]) + (part[2] + part[3]);
+    Number sum = 0;
+    for (int k = 0; k < kLanes; ++k) sum += part[k];
     for (; i < width; ++i) sum += static_cast<Number>(samples[i]);
-    for (int k = 0; k < 4; ++k) {
+    for (int k = 0; k < kLanes; ++k) {
       sums[k] = sum;
       sum += static_cast<Number>(samples[k + width]) - static_cast<Number>(samples[k]);
     }
-    Four first;
-    LoadChanges(samples, first);
-    LoadChanges(samples + 4, changes_);
-    pairs_ = first + __builtin_shufflevector(first, changes_, 1, 2, 3, 4);
+    LoadChanges(samples, changes_);
+    if constexpr (kLanes == 4) {
+      const Vector first = changes_;
+      LoadChanges(samples + kLanes, changes_);
+      pairs_ = first + __builtin_shufflevector(first, changes_, 1, 2, 3, 4);
+    }
   }
 
-  // `at`: the first sample of the first of the four.
+  // `at`: the first sample of the first window.
   [[gnu::always_inline]] void Advance(const Sample* at) {
-    Four next;
-    LoadChanges(at + 8, next);
-    const Four pairs = changes_ + __builtin_shufflevector(changes_, next, 1, 2, 3, 4);
-    sums += pairs_ + __builtin_shufflevector(pairs_, pairs, 2, 3, 4, 5);
-    pairs_ = pairs;
+    Vector next;
+    if constexpr (kLanes == 4) {
+      LoadChanges(at + 2 * kLanes, next);
+      const Vector pairs = changes_ + __builtin_shufflevector(changes_, next, 1, 2, 3, 4);
+      sums += pairs_ + __builtin_shufflevector(pairs_, pairs, 2, 3, 4, 5);
+      pairs_ = pairs;
+    } else {
+      static_assert(kLanes == 2);
+      LoadChanges(at + kLanes, next);
+      sums += changes_ + __builtin_shufflevector(changes_, next, 1, 2);
+    }
     changes_ = next;
   }
 
-  Four sums;
+  Vector sums;
 
  private:
-  [[gnu::always_inline]] static void Load(const Sample* from, Four& to) {
-    to = __builtin_convertvector(*reinterpret_cast<const typename FourOf<Sample>::Anywhere*>(from), Four);
+  [[gnu::always_inline]] static void Load(const Sample* from, Vector& to) {
+    to = __builtin_convertvector(*reinterpret_cast<const typename VectorOf<Sample, kLanes>::Anywhere*>(from), Vector);
   }
-  [[gnu::always_inline]] void LoadChanges(const Sample* at, Four& to) const {
-    Four leaving;
+  [[gnu::always_inline]] void LoadChanges(const Sample* at, Vector& to) const {
+    Vector leaving;
     Load(at, leaving);
     Load(at + width_, to);
     to -= leaving;
   }
 
   int width_;
-  Four pairs_;    // each of a change of the four windows and the next one
-  Four changes_;  // of the four windows after these
+  Vector changes_;  // of the windows; with four lanes, of the four after them
+  Vector pairs_{};  // with four lanes, of a window's change and the next one's
 };
 
-using Doubles = FourOf<double>::Aligned;
-using Floats = FourOf<float>;
+struct Box {
+  const float* samples;
+  const std::int32_t* nulls;  // or there are none
+  int width;
+  double divisor;  // without nulls
+  float* means;
+  int count;
+};
 
-TALLYSCOPE_WIDE_VECTORS
-void SlideMeans(const float* samples, int width, double divisor, float* means, int count) {
-  FourSums<double, float> box(samples, width);
-  for (int i = 0; i < count; i += 4) {
-    *reinterpret_cast<Floats::Anywhere*>(means + i) = __builtin_convertvector(box.sums / divisor, Floats::Aligned);
-    box.Advance(samples + i);
+template <int kLanes>
+[[gnu::always_inline]] inline void Slide(const Box box) {
+  using Doubles = typename VectorOf<double, kLanes>::Aligned;
+  using Floats = VectorOf<float, kLanes>;
+  WindowSums<double, float, kLanes> windows(box.samples, box.width);
+  const auto store = [&](int i, const Doubles& means) {
+    *reinterpret_cast<typename Floats::Anywhere*>(box.means + i) =
+        __builtin_convertvector(means, typename Floats::Aligned);
+    windows.Advance(box.samples + i);
+  };
+  if (box.nulls == nullptr) {
+    for (int i = 0; i < box.count; i += kLanes) store(i, windows.sums / box.divisor);
+    return;
+  }
+  WindowSums<std::int32_t, std::int32_t, kLanes> missing(box.nulls, box.width);
+  for (int i = 0; i < box.count; i += kLanes) {
+    store(i, windows.sums / (static_cast<double>(box.width) - __builtin_convertvector(missing.sums, Doubles)));
+    missing.Advance(box.nulls + i);
   }
 }
 
-TALLYSCOPE_WIDE_VECTORS
-void SlideMeans(const float* samples, const std::int32_t* nulls, int width, float* means, int count) {
-  FourSums<double, float> box(samples, width);
-  FourSums<std::int32_t, std::int32_t> missing(nulls, width);
-  for (int i = 0; i < count; i += 4) {
-    const Doubles divisors = static_cast<double>(width) - __builtin_convertvector(missing.sums, Doubles);
-    *reinterpret_cast<Floats::Anywhere*>(means + i) = __builtin_convertvector(box.sums / divisors, Floats::Aligned);
-    box.Advance(samples + i);
-    missing.Advance(nulls + i);
-  }
+#ifdef TALLYSCOPE_IF_WIDE
+TALLYSCOPE_IF_WIDE void SlideMeans(const Box& box) {
+  Slide<4>(box);
 }
+
+TALLYSCOPE_IF_NARROW void SlideMeans(const Box& box) {
+  Slide<2>(box);
+}
+#else
+void SlideMeans(const Box& box) {
+  Slide<2>(box);
+}
+#endif
 
 }  // namespace
 
@@ -111,7 +140,7 @@ bool CBoxMeans::IsExact(const float* samples, int count) const {
 
 bool CBoxMeans::Run(const float* samples, double divisor, float* means, int count) const {
   if (!IsExact(samples, count)) return false;
-  SlideMeans(samples, width_, divisor, means, count);
+  SlideMeans({samples, nullptr, width_, divisor, means, count});
   return true;
 }
 
@@ -128,7 +157,7 @@ bool CBoxMeans::RunAroundNulls(const float* samples, const bvector& mask, int fi
     }
   }
   if (!IsExact(samples_.data(), count)) return false;
-  SlideMeans(samples_.data(), nulls_.data(), width_, means, count);
+  SlideMeans({samples_.data(), nulls_.data(), width_, 0, means, count});
   return true;
 }
 

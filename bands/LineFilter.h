@@ -14,8 +14,9 @@ class CDSPConvolution;
 // One line under a window. Works through it block by block, so it needs room for a block and not for the line.
 //
 // The weighted sum takes the taps in order. Taps outside and samples inside keep that order for every sample. A box
-// goes from sum to sum instead, and where the order could be seen in the narrowed result, that sample is summed in
-// order after all; so every way gives the same bits.
+// goes from sum to sum instead: in one pass over a block of floats whose sums are exact in any order; otherwise, where
+// the order could be seen in the narrowed result, that sample is summed in order after all. So every way gives the same
+// bits.
 class CLineFilter {
  public:
   CLineFilter(const CDSPConvolution& options, const std::vector<double>& taps);
