@@ -137,7 +137,7 @@ float MakeFraction(std::mt19937& random) {
 std::vector<std::pair<std::string, std::vector<double>>> LongBands() {
   std::vector<std::pair<std::string, std::vector<double>>> bands{
       {"halfway",
-       MakeLongBand([](auto& random, int) { return 16'000'000.0 + static_cast<double>(random() % 9000000); })},
+       MakeLongBand([](auto& random, int) { return (random() % 8 == 0 ? 0.75 : 1.75) + MakeFraction(random) / 4; })},
       {"tenths", MakeLongBand([](auto& random, int) { return static_cast<double>(random() % 2000) / 10 - 100; })},
       {"smallest", MakeLongBand([](auto& random, int) { return (static_cast<int>(random() % 9) - 4) * 0x1p-149; })},
       {"zeros", MakeLongBand([](auto& random, int) { return random() % 2 == 0 ? 0.0 : -0.0; })},
