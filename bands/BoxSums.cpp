@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "platform/core/WideVectors.h"
 
@@ -14,8 +15,6 @@ namespace {
 
 constexpr int kChains = 8;
 constexpr std::uint32_t kSizeBits = 0x7fffffff;
-constexpr int kBias = 1023;
-constexpr int kNoNumber = 0x7ff;  // exponent of NaN and of infinities
 
 // What eight samples in a row add up to, by halves: t[i] = x[i] + ... + x[i + 7].
 TALLYSCOPE_WIDE_VECTORS
@@ -31,23 +30,34 @@ void SlideEights(const double* leaving, const double* coming, double* sums, int 
   for (int i = 0; i < count; ++i) sums[i + kChains] = sums[i] + (coming[i] - leaving[i]);
 }
 
-struct Exponents {
-  int largest = -1;  // biased; -1: every sample is 0
-  int smallest = 0;  // of those that aren't 0
+// Of numbers without their signs, as the integers that their bits are.
+struct Sizes {
+  std::uint32_t largest = 0;
+  std::uint32_t lessOne =
+      ~std::uint32_t{0};  // the smallest less 1: 0 less 1 is the largest of all, so zeros don't count
 };
 
 // By the upper halves of the doubles, which hold sign, exponent and the first bits of the fraction.
 TALLYSCOPE_WIDE_VECTORS
-Exponents GetExponents(const double* samples, int count) {
-  std::uint32_t largest = 0;
-  std::uint32_t lessOne = ~std::uint32_t{0};  // 0 less 1 is the largest of all, so zeros don't count
+Sizes GetSizes(const double* samples, int count) {
+  Sizes sizes;
   for (int i = 0; i < count; ++i) {
     const auto size = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(samples[i]) >> 32) & kSizeBits;
-    largest = size > largest ? size : largest;
-    lessOne = size - 1 < lessOne ? size - 1 : lessOne;
+    sizes.largest = size > sizes.largest ? size : sizes.largest;
+    sizes.lessOne = size - 1 < sizes.lessOne ? size - 1 : sizes.lessOne;
   }
-  if (largest == 0) return {};
-  return {static_cast<int>(largest >> 20), static_cast<int>((lessOne + 1) >> 20)};
+  return sizes;
+}
+
+TALLYSCOPE_WIDE_VECTORS
+Sizes GetSizes(const float* samples, int count) {
+  Sizes sizes;
+  for (int i = 0; i < count; ++i) {
+    const std::uint32_t size = std::bit_cast<std::uint32_t>(samples[i]) & kSizeBits;
+    sizes.largest = size > sizes.largest ? size : sizes.largest;
+    sizes.lessOne = size - 1 < sizes.lessOne ? size - 1 : sizes.lessOne;
+  }
+  return sizes;
 }
 
 }  // namespace
@@ -66,19 +76,36 @@ void SlideBox(const double* samples, int width, double* sums, int count, std::ve
   SlideEights(room.data(), room.data() + width, sums, rest);
 }
 
+namespace {
+
 // A float is a whole number of units, 2^-23 of its power of two. While a sum of them all keeps below 2^53 units of the
 // smallest, nothing is ever rounded. Otherwise each addition errs by at most half an ulp of the largest sum that there
 // can be: the one way takes `steps` of them and two sums of up to `terms`, the other `terms`. (Higham, Accuracy and
 // Stability of Numerical Algorithms, 2nd ed., section 4.2.)
-SumSpread GetSumSpread(std::span<const double> samples, int terms, int steps) {
-  const Exponents exponents = GetExponents(samples.data(), static_cast<int>(samples.size()));
-  if (exponents.largest >= kNoNumber) return {};
-  if (exponents.largest < 0) return {true, 0};
-  const double most = std::ldexp(1.0, exponents.largest + 1 - kBias);
-  const double unit = std::ldexp(1.0, exponents.smallest - kBias - 23);
+template <class Real, int kFraction>  // kFraction: the fraction's bits that a size holds
+SumSpread GetSpread(std::span<const Real> samples, int terms, int steps) {
+  constexpr int kBias = std::numeric_limits<Real>::max_exponent - 1;
+  constexpr std::uint32_t kNoNumber = std::uint32_t{2 * kBias + 1} << kFraction;  // infinity; NaNs are beyond
+  const Sizes sizes = GetSizes(samples.data(), static_cast<int>(samples.size()));
+  if (sizes.largest >= kNoNumber) return {};
+  if (sizes.largest == 0) return {true, 0};
+  const int largest = static_cast<int>(sizes.largest >> kFraction);
+  const int smallest = static_cast<int>((sizes.lessOne + 1) >> kFraction);
+  const double most = std::ldexp(1.0, largest + 1 - kBias);
+  const double unit = std::ldexp(1.0, std::max(smallest, 1) - kBias - 23);
   const double sum = most * (terms + 2.0);
   if (sum < 0x1p53 * unit) return {true, 0};
   return {true, sum * 0x1p-53 * 2.0 * (2.0 * steps + 4.0 * terms + 8.0)};
+}
+
+}  // namespace
+
+SumSpread GetSumSpread(std::span<const double> samples, int terms, int steps) {
+  return GetSpread<double, 20>(samples, terms, steps);
+}
+
+SumSpread GetSumSpread(std::span<const float> samples, int terms, int steps) {
+  return GetSpread<float, 23>(samples, terms, steps);
 }
 
 }  // namespace tallyscope

@@ -16,8 +16,9 @@ struct SumSpread {
   double bound = 0;     // of the difference; 0: none, each sum is exact in every order
 };
 
-// For sums of up to `terms` of these samples, each of which was a float, reached by up to `steps` additions and
-// subtractions.
+// For sums in double of up to `terms` of these samples, each of which is or was a float, reached by up to `steps`
+// additions and subtractions.
 SumSpread GetSumSpread(std::span<const double> samples, int terms, int steps);
+SumSpread GetSumSpread(std::span<const float> samples, int terms, int steps);
 
 }  // namespace tallyscope

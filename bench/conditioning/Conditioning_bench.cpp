@@ -172,7 +172,8 @@ Op Made(Op::CStats_OperatorType type, const char* value) {
   return step;
 }
 
-// Runs a chain on fresh samples each time, and counts what it takes in buffers of a float for each sample.
+// Runs a chain on fresh samples each time, and counts what it takes in buffers such as the caller's: a float and a mask
+// bit for each sample. Room for a block of a filter, some 100 kB whatever the length, comes on top.
 void RunChain(benchmark::State& state, const std::vector<Op>& steps) {
   const auto rules = Chain(steps);
   const Samples fresh(static_cast<int>(state.range(0)));
@@ -188,11 +189,11 @@ void RunChain(benchmark::State& state, const std::vector<Op>& steps) {
     if (rules.ProcessOperations(samples.values.data(), &samples.nulls, kCount) != 1)
       state.SkipWithError("no chain ran");
     state.PauseTiming();
-    buffers = static_cast<double>(peak - before) / (sizeof(float) * double{kCount});
+    buffers = static_cast<double>(peak - before) / ((sizeof(float) + 1.0 / 8) * double{kCount});
     state.ResumeTiming();
   }
   state.counters["buffers"] = buffers;
-  if (buffers > 2.1) state.SkipWithError("more than two buffers");
+  if (buffers > 2.01) state.SkipWithError("more than two buffers");
   const bool has = !samples.nulls.Get(kCount / 2 + 1) && std::isfinite(samples.values[kCount / 2 + 1]);
   if (!has) state.SkipWithError("no number in the middle");
 }

@@ -7,6 +7,9 @@
 #if defined(__x86_64__) && defined(__GNUC__) && !defined(__clang__) && defined(__linux__) && \
     !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 #define TALLYSCOPE_WIDE_VECTORS __attribute__((target_clones("avx2", "default")))
+// For functions that say how many lanes they work in: one of each name and signature, the first for 32 bytes.
+#define TALLYSCOPE_IF_WIDE __attribute__((target("avx2")))
+#define TALLYSCOPE_IF_NARROW __attribute__((target("default")))
 #else
 #define TALLYSCOPE_WIDE_VECTORS
 #endif

@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -113,6 +114,60 @@ TEST(DSPConvolution, EveryKernelAndOptionIsThePlainSum) {
       const TestBand wanted = FilterPlainly(band, filter, filter.kernel);
       RunInPlace(band, {&filter});
       ExpectSame(band, wanted, name + ", order " + std::to_string(order));
+    }
+  }
+}
+
+// Several blocks, so that there are some away from the ends. Of the three runs of 5000 the middle one has no null.
+std::vector<double> MakeLongBand(const std::function<double(std::mt19937&, int)>& make) {
+  std::mt19937 random(23);
+  std::vector<double> values(15'003);
+  for (int i = 0; i < 15'003; ++i) {
+    const bool null = i / 5000 != 1 && random() % 40 == 0;
+    values[static_cast<std::size_t>(i)] = null ? kNull : make(random, i);
+  }
+  return values;
+}
+
+float MakeFraction(std::mt19937& random) {
+  return std::ldexp(static_cast<float>(random() % (1u << 24)), -24);
+}
+
+// Means that lie halfway between floats, sums at the edge of what a double holds, tiny samples, zeros of either sign.
+std::vector<std::pair<std::string, std::vector<double>>> LongBands() {
+  std::vector<std::pair<std::string, std::vector<double>>> bands{
+      {"halfway",
+       MakeLongBand([](auto& random, int) { return (random() % 8 == 0 ? 0.75 : 1.75) + MakeFraction(random) / 4; })},
+      {"tenths", MakeLongBand([](auto& random, int) { return static_cast<double>(random() % 2000) / 10 - 100; })},
+      {"smallest", MakeLongBand([](auto& random, int) { return (static_cast<int>(random() % 9) - 4) * 0x1p-149; })},
+      {"zeros", MakeLongBand([](auto& random, int) { return random() % 2 == 0 ? 0.0 : -0.0; })},
+      {"largest", MakeLongBand([](auto& random, int) { return random() % 3 == 0 ? -3.4e38 : 3.4e38; })},
+      {"not all finite", MakeLongBand([](auto& random, int i) {
+         return i == 3000 || i == 12'000 ? std::numeric_limits<double>::infinity() : MakeFraction(random);
+       })}};
+  for (int power = 20; power <= 30; ++power) {
+    bands.emplace_back("spikes of 2^" + std::to_string(power), MakeLongBand([power](auto& random, int i) {
+                         return 1 + MakeFraction(random) + (i % 700 < 60 ? std::ldexp(1.0, power) : 0.0);
+                       }));
+  }
+  return bands;
+}
+
+TEST(DSPConvolution, ALongBoxIsThePlainSumToTheBit) {
+  for (const auto& [name, values] : LongBands()) {
+    for (const int width : {1, 3, 5, 9, 11, 49, 103, 303}) {
+      for (int variant = 0; variant < 4; ++variant) {
+        CDSPConvolution filter;
+        ASSERT_TRUE(filter.SetBoxKernel(1, width, 1, 1));
+        filter.edgeMode = variant == 3 ? CDSPConvolution::kPartial : CDSPConvolution::kCentred;
+        filter.rawSum = variant == 1;
+        filter.filterNulls = variant == 2;
+        filter.keepUnfiltered = variant == 3;
+        TestBand band(values);
+        const TestBand wanted = FilterPlainly(band, filter, filter.kernel);
+        EXPECT_TRUE(RunInPlace(band, {&filter}));
+        ExpectSame(band, wanted, name + ", width " + std::to_string(width) + ", variant " + std::to_string(variant));
+      }
     }
   }
 }
