@@ -16,21 +16,31 @@ namespace tallyscope {
 namespace {
 
 constexpr int kMostPlaces = 3;
+// Room that figures always have, so that little moves when they change. One that is longer takes what it needs.
 constexpr const char kLongFigure[] = "-0.00123456789012345";
+constexpr const char kLongFigureOfSeveral[] = "1234567.89012";
 
-QLabel* MakeFigure() {
-  auto* figure = new QLabel;
-  figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  figure->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  figure->setFocusPolicy(Qt::StrongFocus);
-  figure->setCursor(Qt::IBeamCursor);
-  figure->setMinimumWidth(figure->fontMetrics().horizontalAdvance(kLongFigure));
-  return figure;
-}
+class FigureLabel : public QLabel {
+ public:
+  explicit FigureLabel(const char* room) : room_(room) {
+    setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::IBeamCursor);
+  }
+  // A layout would take setMinimumWidth for all that is needed, and cut longer figures off.
+  QSize minimumSizeHint() const override { return Widen(QLabel::minimumSizeHint()); }
+  QSize sizeHint() const override { return Widen(QLabel::sizeHint()); }
+
+ private:
+  QSize Widen(QSize hint) const { return hint.expandedTo({fontMetrics().horizontalAdvance(room_), 0}); }
+  const char* room_;
+};
 
 }  // namespace
 
 FigurePanel::FigurePanel(CWnd& owner, const std::vector<FigureGroup>& groups) : grid_(new QGridLayout(this)) {
+  grid_->setContentsMargins(0, 0, 0, 0);
   for (const auto& group : groups) groups_.push_back(MakeGroup(owner, group));
   Arrange(kMostPlaces, GetWidest(false));
 }
@@ -62,7 +72,7 @@ FigurePanel::Row FigurePanel::MakeRow(CWnd& owner, const FigureGroup& group, con
   Row made{row.id, new QLabel(row.caption), {}};
   const CString name = CString(group.title) + ", " + row.caption;
   const auto add = [&](const CString& accessibleName) {
-    auto* figure = MakeFigure();
+    auto* figure = new FigureLabel(group.columns.empty() ? kLongFigure : kLongFigureOfSeveral);
     owner.AddControl(row.id + static_cast<int>(made.figures.size()), figure, accessibleName);
     made.figures.push_back(figure);
   };
@@ -139,8 +149,7 @@ void FigurePanel::Arrange(int places, int placeWidth) {
 
 // One place is the least, so that a scroll area round the panel lets it reflow before it scrolls sideways.
 QSize FigurePanel::minimumSizeHint() const {
-  const QMargins margins = grid_->contentsMargins();
-  return {GetWidest(true) + margins.left() + margins.right(), grid_->totalSizeHint().height()};
+  return {GetWidest(true), grid_->totalSizeHint().height()};
 }
 
 bool FigurePanel::event(QEvent* event) {

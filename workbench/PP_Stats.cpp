@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include "platform/ui/DataExchange.h"
@@ -36,7 +37,7 @@ void CPP_Stats::CreateControls() {
   row->addWidget(copy);
 
   auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(0, style()->pixelMetric(QStyle::PM_LayoutTopMargin, nullptr, this), 0, 0);
   layout->addLayout(body, 1);
   layout->addLayout(row);
 }
