@@ -142,7 +142,10 @@ void CGridCtrl::changeEvent(QEvent* event) {
 
 QSize CGridCtrl::sizeHint() const {
   const int edge = 2 * frameWidth();
-  return QSize(ToPixels(kDefaultWidth) * kHintColumns + edge,
+  int wanted = verticalScrollBar()->sizeHint().width();
+  for (const int width : widths_) wanted += ToPixels(width);
+  const int most = ToPixels(kDefaultWidth) * kHintColumns;
+  return QSize((widths_.empty() ? most : std::min(wanted, most)) + edge,
                geometry_.HeadingHeight() + geometry_.RowHeight() * kHintRows + edge);
 }
 

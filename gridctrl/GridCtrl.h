@@ -66,7 +66,7 @@ class CGridCtrl : public QAbstractScrollArea, public CWnd {
   CCellID GetCurrentCell() const { return current_; }
   void SetCurrentCell(int row, int col);  // scrolls it into view, and tells it to a screen reader
 
-  QSize sizeHint() const override;
+  QSize sizeHint() const override;  // all columns and the scroll bar, within limits
 
  protected:
   virtual void OnFixedColumnClick(CCellID& cell);  // a row number was clicked

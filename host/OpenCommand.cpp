@@ -14,7 +14,10 @@ class COpenCommand : public CCommand {
  public:
   void AddOptions(CLI::App& app) override {
     app.add_option("FILE", request_.file, "the table; without it the window asks for one");
-    AddChoice<CTallyscope::eAnalysisMode>(app, "--mode", {{"univariate", CTallyscope::eUnivariate}},
+    AddChoice<CTallyscope::eAnalysisMode>(app, "--mode",
+                                          {{"univariate", CTallyscope::eUnivariate},
+                                           {"bivariate", CTallyscope::eBivariate},
+                                           {"spatial", CTallyscope::eSpatial}},
                                           "analysis to start with", [this](const auto& mode) { request_.mode = mode; });
     app.add_option("--field", request_.field, "field to start with")->type_name("NAME");
     app.add_option("--pictures", request_.pictures, "write a picture of each page to that folder, and end")

@@ -77,6 +77,18 @@ CString Describe(const CString& file, const OpenedTable& opened) {
   return text;
 }
 
+// Sets the field that every mode starts with, and the first other one beside it for two of them.
+void SetFields(CDlg_Tallyscope& workbench, CStats_Data& table, int field) {
+  int other = field == 0 ? 1 : 0;
+  if (other >= table.GetValueSize()) other = field == -1 ? -2 : -1;
+  if (other < -table.GetSpatialSize()) other = field;
+  workbench.SetUniDim(field);
+  workbench.SetSPDim(field);
+  workbench.SetBiDim1(field);
+  workbench.SetBiDim2(other);
+  if (workbench.GetMode() != CTallyscope::eBivariate) workbench.SetUniDim(field);  // one field on show, not two
+}
+
 void ShowPictures(CDlg_Tallyscope& workbench, const CString& folder, int& result) {
   CString error;
   for (const auto& path : WalkPages(workbench, folder, error)) std::cout << "Picture: " << path << '\n';
@@ -117,11 +129,11 @@ int RunWindow(const OpenRequest& request) {
   CDlg_Tallyscope_Ext workbench;
   auto* dialog = workbench.GetDlg();
   dialog->PushData(opened.table.release(), /*owns=*/true);
-  dialog->SetUniDim(field);
   if (request.mode) {
     if (!dialog->IsModeOffered(*request.mode)) return Refuse(file + " can't be shown in that mode.", !walks);
     dialog->SetMode(*request.mode);
   }
+  SetFields(*dialog, *table, field);
   dialog->SetIdleStatus(Describe(file, opened));
   int result = 0;
   if (walks) QTimer::singleShot(kSettled, dialog, [&] { ShowPictures(*dialog, request.pictures, result); });

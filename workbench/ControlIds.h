@@ -9,6 +9,8 @@ inline constexpr int kIconApplication = 128;
 
 inline constexpr int kDialogTallyscope = 163;
 inline constexpr int kPageUnivariateStats = 168;
+inline constexpr int kPageBivariateStats = 171;
+inline constexpr int kPageSpatialStats = 181;
 inline constexpr int kDialogStatsBasic = 175;
 inline constexpr int kDialogFindValue = 4005;
 
@@ -45,6 +47,24 @@ enum ControlId : int {
   kControlUpperQuartile,
   kControlInterquartileRange,
   kControlCopy,
+
+  // Rows of a range: minimum, maximum and mean follow each other.
+  kControlXMinimum = 1301,
+  kControlXMaximum,
+  kControlXMean,
+  kControlYMinimum,
+  kControlYMaximum,
+  kControlYMean,
+  kControlZMinimum,
+  kControlZMaximum,
+  kControlZMean,
+  kControlCovariance,
+  kControlCorrelation,
+  kControlInertia,
+  kControlRank,
+  kControlIntercept,
+  kControlSlope,
+  kControlExpectation,
 };
 
 // Items of the spreadsheet's menu.

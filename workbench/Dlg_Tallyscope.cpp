@@ -12,16 +12,13 @@
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
 #include "platform/ui/Icon.h"
-#include "platform/ui/WaitCursor.h"
 #include "platform/ui/WinApp.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
-#include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
-#include "statistics/Stats_Multivariate.h"
 #include "workbench/ControlIds.h"
 #include "workbench/DimIndex.h"
-#include "workbench/PS_Univariate.h"
+#include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {
@@ -284,114 +281,6 @@ void CDlg_Tallyscope::OnHelp() {
   QUrl page = QUrl::fromLocalFile(ToQString(folder + helpFile_));
   page.setFragment(QString::number(context));
   QDesktopServices::openUrl(page);
-}
-
-// The sheet.
-
-void CDlg_Tallyscope::RefreshDialog(bool save) {
-  if (save && sheet_) sheet_->Process(0);
-  const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
-  ResetDialog();
-  CreatePS(page);
-}
-
-void CDlg_Tallyscope::ResetDialog() {
-  DestroyPSheet();
-  setWindowIcon(MakeIcon("app"));
-  SetWindowText(LoadString(kStringTallyscope));
-  SetWindowText(savedTitle_);
-  update();
-}
-
-void CDlg_Tallyscope::DestroyPSheet() {
-  sheet_.reset();
-}
-
-void CDlg_Tallyscope::CreatePS(int startPage) {
-  if (std::find(modes_.begin(), modes_.end(), GetMode()) == modes_.end()) return;
-  if (GetMode() == CTallyscope::eUnivariate) Start_Univariate(startPage);
-}
-
-void CDlg_Tallyscope::Start_Univariate(int startPage) {
-  const CWaitCursor wait;
-  update();
-  grid_->Invalidate();
-  SetUniDim(GetTallyscope()->GetUniDim());
-  CreateSC_Univariate();
-  CreatePS_Univariate(0, startPage);
-}
-
-void CDlg_Tallyscope::CreateSC_Univariate() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetCalculator();
-  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
-  calculator->Calculate(11, nullptr);
-  hoverStation_ = -1;
-}
-
-void CDlg_Tallyscope::CreateSC_Bivariate() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SetBiDim1(GetTallyscope()->GetBiDim1());
-  SetBiDim2(GetTallyscope()->GetBiDim2());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = dynamic_cast<CStats_Bivariate*>(GetCalculator());
-  calculator->Add(GetData(), GetKeyDim());
-  calculator->Add(GetData(), GetAncDim());
-  calculator->xLink = GetUniStats(GetKeyDim());
-  calculator->yLink = GetUniStats(GetAncDim());
-  calculator->Calculate(15, nullptr);
-  SearchBy(calculator->GetItemDim(0), calculator->GetItemDim(1), -3, 2);
-  hoverStation_ = -1;
-}
-
-void CDlg_Tallyscope::CreateSC_Spatial() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SearchBy(-1, -2, -3, GetDimension());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetTallyscope()->GetOwnCalculator();
-  for (int axis = -1; axis >= -std::max(GetDimension(), 1); --axis) calculator->Add(GetData(), axis);
-  calculator->Calculate(1, nullptr);
-  hoverStation_ = -1;
-}
-
-// Nothing is computed yet: the variogram pages do that when they need it.
-void CDlg_Tallyscope::CreateSC_Variogram() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SearchBy(-1, -2, -3, GetDimension());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetCalculator();
-  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
-  hoverStation_ = -1;
-}
-
-// Gives the spatial calculator and the table's search the same dims, and builds the search.
-void CDlg_Tallyscope::SearchBy(int x, int y, int z, int count) {
-  GetSpatialCalculator()->SetSpatialDims(x, y, z, count);
-  GetData()->GetPointSearch()->SetFields(x, y, z, count);
-  GetData()->PreparePointSearch(nullptr);
-}
-
-void CDlg_Tallyscope::CreatePS_Univariate(int wizard, int startPage) {
-  DestroyPSheet();
-  auto sheet = std::make_unique<CPS_Univariate>(this, 0);
-  sheet->CreatePPUnivariateStats();
-  sheet_ = std::move(sheet);
-  StartSheet(wizard, startPage, kStringUnivariate);
-}
-
-void CDlg_Tallyscope::StartSheet(int wizard, int startPage, int titleId) {
-  sheet_->SetDlg(this);
-  sheet_->SetStartPage(startPage);
-  if (wizard != 0) sheet_->style |= kPropertySheetWizard;
-  sheet_->icon = MakeIcon("app");
-  sheet_->title = LoadString(titleId);
-  sheet_->Embed(1);
-  EmbedSheet();
 }
 
 }  // namespace tallyscope

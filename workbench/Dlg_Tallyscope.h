@@ -105,14 +105,18 @@ class CDlg_Tallyscope : public CDialog {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   // Modes whose sheet this build has; the mode box offers no other.
-  virtual bool HasSheet(CTallyscope::eAnalysisMode mode) const { return mode == CTallyscope::eUnivariate; }
+  virtual bool HasSheet(CTallyscope::eAnalysisMode mode) const;
   virtual void CreatePS(int startPage);
   virtual void Start_Univariate(int startPage);
+  virtual void Start_Bivariate(int startPage);
+  virtual void Start_Spatial(int startPage);
   virtual void CreateSC_Univariate();
   virtual void CreateSC_Bivariate();
   virtual void CreateSC_Spatial();
   virtual void CreateSC_Variogram();
   virtual void CreatePS_Univariate(int wizard, int startPage);
+  virtual void CreatePS_Bivariate(int wizard, int startPage);
+  virtual void CreatePS_Spatial(int wizard, int startPage);
   void DestroyPSheet();
   void ResetDialog();
   void HandleSpreadsheetCE(bool show);
@@ -149,9 +153,11 @@ class CDlg_Tallyscope : public CDialog {
   void FillBoxes();
   void ChangeMode();
   void ShowKeyColumn();
-  void SearchBy(int x, int y, int z, int count);
-  void StartSheet(int wizard, int startPage, int titleId);
   int RepairedDim(int dim) const;  // the dim if the table has it, else 0
+
+  // The sheet (Dlg_Tallyscope_Sheets.cpp).
+  void SearchBy(int x, int y, int z, int count);
+  void StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage, int titleId);
 
   // The selection (Dlg_Tallyscope_Selection.cpp).
   std::pair<int, int> FindShiftRange(int position);

@@ -164,6 +164,7 @@ void CDlg_Tallyscope::EmbedSheet() {
   sheet_->Create(this);
   sheetArea_->layout()->addWidget(sheet_.get());
   SetTabOrderAfter(grid_, sheet_.get());
+  sheet_->Initialise();
   sheet_->show();
 }
 

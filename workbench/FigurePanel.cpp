@@ -2,10 +2,9 @@
 #include "workbench/FigurePanel.h"
 
 #include <algorithm>
+#include <array>
 
-#include <QApplication>
-#include <QClipboard>
-#include <QFormLayout>
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -16,84 +15,168 @@ namespace tallyscope {
 
 namespace {
 
-constexpr int kMostColumns = 3;
+constexpr int kMostPlaces = 3;
+// Room that figures always have, so that little moves when they change. One that is longer takes what it needs.
+constexpr const char kLongFigure[] = "-0.00123456789012345";
+constexpr const char kLongFigureOfSeveral[] = "1234567.89012";
 
-QLabel* MakeFigure() {
-  auto* figure = new QLabel;
-  figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  figure->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  figure->setFocusPolicy(Qt::StrongFocus);
-  figure->setCursor(Qt::IBeamCursor);
-  figure->setMinimumWidth(figure->fontMetrics().horizontalAdvance("-0.123456789012345e-300"));
-  return figure;
-}
+class FigureLabel : public QLabel {
+ public:
+  explicit FigureLabel(const char* room) : room_(room) {
+    setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::IBeamCursor);
+  }
+  // A layout would take setMinimumWidth for all that is needed, and cut longer figures off.
+  QSize minimumSizeHint() const override { return Widen(QLabel::minimumSizeHint()); }
+  QSize sizeHint() const override { return Widen(QLabel::sizeHint()); }
+
+ private:
+  QSize Widen(QSize hint) const { return hint.expandedTo({fontMetrics().horizontalAdvance(room_), 0}); }
+  const char* room_;
+};
 
 }  // namespace
 
 FigurePanel::FigurePanel(CWnd& owner, const std::vector<FigureGroup>& groups) : grid_(new QGridLayout(this)) {
-  for (const auto& group : groups) boxes_.push_back(MakeGroup(owner, group));
-  Arrange(kMostColumns);
+  grid_->setContentsMargins(0, 0, 0, 0);
+  for (const auto& group : groups) groups_.push_back(MakeGroup(owner, group));
+  Arrange(kMostPlaces, GetWidest(false));
 }
 
-QGroupBox* FigurePanel::MakeGroup(CWnd& owner, const FigureGroup& group) {
-  auto* box = new QGroupBox(group.title, this);
-  auto* form = new QFormLayout(box);
-  form->setLabelAlignment(Qt::AlignLeft);
-  form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+FigurePanel::Group FigurePanel::MakeGroup(CWnd& owner, const FigureGroup& group) {
+  Group made{new QGroupBox(group.title, this), {}, {}};
+  auto* layout = new QGridLayout(made.box);
+  for (const char* column : group.columns) {
+    auto* heading = new QLabel(column);
+    heading->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    made.headings.push_back(heading);
+    layout->addWidget(heading, 0, static_cast<int>(made.headings.size()));
+  }
   for (const auto& row : group.rows) {
-    auto* figure = MakeFigure();
-    auto* caption = new QLabel(row.caption);
-    form->addRow(caption, figure);
-    owner.AddControl(row.id, figure, CString(group.title) + ", " + row.caption);
+    made.rows.push_back(MakeRow(owner, group, row));
+    const auto& [id, caption, figures] = made.rows.back();
+    const int line = layout->rowCount();
+    layout->addWidget(caption, line, 0);
+    for (int i = 0; i < static_cast<int>(figures.size()); ++i) {
+      layout->addWidget(figures[static_cast<std::size_t>(i)], line, i + 1);
+      layout->setColumnStretch(i + 1, 1);
+    }
   }
-  return box;
+  layout->setRowStretch(layout->rowCount(), 1);  // rows keep together in a box that is higher than they need
+  return made;
 }
 
-void FigurePanel::Arrange(int columns) {
-  if (columns == columns_) return;
-  columns_ = columns;
-  for (auto* box : boxes_) grid_->removeWidget(box);
-  for (int i = 0; i < static_cast<int>(boxes_.size()); ++i) {
-    grid_->addWidget(boxes_[static_cast<std::size_t>(i)], i / columns, i % columns);
-  }
-  for (int column = 0; column < kMostColumns; ++column) grid_->setColumnStretch(column, column < columns ? 1 : 0);
-  const int rows = (static_cast<int>(boxes_.size()) + columns - 1) / columns;
-  for (int row = 0; row <= static_cast<int>(boxes_.size()); ++row) grid_->setRowStretch(row, row == rows ? 1 : 0);
+FigurePanel::Row FigurePanel::MakeRow(CWnd& owner, const FigureGroup& group, const FigureRow& row) {
+  Row made{row.id, new QLabel(row.caption), {}};
+  const CString name = CString(group.title) + ", " + row.caption;
+  const auto add = [&](const CString& accessibleName) {
+    auto* figure = new FigureLabel(group.columns.empty() ? kLongFigure : kLongFigureOfSeveral);
+    owner.AddControl(row.id + static_cast<int>(made.figures.size()), figure, accessibleName);
+    made.figures.push_back(figure);
+  };
+  for (const char* column : group.columns) add(name + ", " + column);
+  if (group.columns.empty()) add(name);
+  return made;
 }
 
-int FigurePanel::GetWidest() const {
+const FigurePanel::Row* FigurePanel::FindRow(int id) const {
+  for (const auto& group : groups_) {
+    for (const auto& row : group.rows) {
+      if (row.id == id) return &row;
+    }
+  }
+  return nullptr;
+}
+
+void FigurePanel::ShowRow(int id, bool show) {
+  const auto* row = FindRow(id);
+  if (row == nullptr) return;
+  row->caption->setVisible(show);
+  row->caption->setEnabled(show);
+  for (auto* figure : row->figures) {
+    figure->setVisible(show);
+    figure->setEnabled(show);
+  }
+}
+
+void FigurePanel::SetRowTip(int id, const CString& tip) {
+  const auto* row = FindRow(id);
+  if (row == nullptr) return;
+  row->caption->setToolTip(ToQString(tip));
+  for (auto* figure : row->figures) figure->setToolTip(ToQString(tip));
+}
+
+// The arrangement.
+
+int FigurePanel::GetWidest(bool withColumns) const {
   int widest = 1;
-  for (const auto* box : boxes_) widest = std::max(widest, box->minimumSizeHint().width());
+  for (const auto& group : groups_) {
+    if (group.headings.empty() || withColumns) widest = std::max(widest, group.box->minimumSizeHint().width());
+  }
   return widest;
 }
 
-// One column is the least, so that a scroll area round the panel lets it reflow before it scrolls sideways.
+void FigurePanel::Reflow() {
+  const int gap = std::max(grid_->horizontalSpacing(), 0);
+  const int place = GetWidest(false);
+  Arrange(std::clamp((grid_->contentsRect().width() + gap) / (place + gap), 1, kMostPlaces), place);
+}
+
+// Group after group from left to right; one that the rest of a line is too short for starts the next.
+void FigurePanel::Arrange(int places, int placeWidth) {
+  if (places == places_ && placeWidth == placeWidth_) return;
+  places_ = places;
+  placeWidth_ = placeWidth;
+  for (const auto& group : groups_) grid_->removeWidget(group.box);
+  const int gap = std::max(grid_->horizontalSpacing(), 0);
+  int line = 0;
+  int used = 0;
+  for (const auto& group : groups_) {
+    const int wanted = (group.box->minimumSizeHint().width() + 2 * gap + placeWidth - 1) / (placeWidth + gap);
+    const int taken = group.headings.empty() ? 1 : std::clamp(wanted, 1, places);
+    if (used + taken > places) {
+      ++line;
+      used = 0;
+    }
+    grid_->addWidget(group.box, line, used, 1, taken);
+    used += taken;
+  }
+  for (int place = 0; place < kMostPlaces; ++place) grid_->setColumnStretch(place, place < places ? 1 : 0);
+  for (int row = 0; row <= static_cast<int>(groups_.size()); ++row) grid_->setRowStretch(row, row == line + 1 ? 1 : 0);
+}
+
+// One place is the least, so that a scroll area round the panel lets it reflow before it scrolls sideways.
 QSize FigurePanel::minimumSizeHint() const {
-  const QMargins margins = grid_->contentsMargins();
-  return {GetWidest() + margins.left() + margins.right(), grid_->totalSizeHint().height()};
+  return {GetWidest(true), grid_->totalSizeHint().height()};
+}
+
+bool FigurePanel::event(QEvent* event) {
+  const bool done = QWidget::event(event);
+  if (event->type() == QEvent::LayoutRequest) Reflow();
+  return done;
 }
 
 void FigurePanel::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  const int gap = std::max(grid_->horizontalSpacing(), 0);
-  Arrange(std::clamp((grid_->contentsRect().width() + gap) / (GetWidest() + gap), 1, kMostColumns));
+  Reflow();
 }
 
 CString FigurePanel::GetText() const {
   QString text;
-  for (const auto* box : boxes_) {
-    const auto* form = static_cast<const QFormLayout*>(box->layout());
-    for (int row = 0; row < form->rowCount(); ++row) {
-      const auto* caption = static_cast<const QLabel*>(form->itemAt(row, QFormLayout::LabelRole)->widget());
-      const auto* figure = static_cast<const QLabel*>(form->itemAt(row, QFormLayout::FieldRole)->widget());
-      text += box->title() + '\t' + caption->text() + '\t' + figure->text() + '\n';
+  for (const auto& group : groups_) {
+    const auto add = [&](const QString& caption, const std::vector<QLabel*>& figures) {
+      text += group.box->title() + '\t' + caption;
+      for (const auto* figure : figures) text += '\t' + figure->text();
+      text += '\n';
+    };
+    if (!group.headings.empty()) add(QString(), group.headings);
+    for (const auto& row : group.rows) {
+      if (!row.caption->isHidden()) add(row.caption->text(), row.figures);
     }
   }
   return FromQString(text);
-}
-
-void FigurePanel::CopyText() const {
-  QApplication::clipboard()->setText(ToQString(GetText()));
 }
 
 FigureGroup SampleCountGroup() {
@@ -102,6 +185,11 @@ FigureGroup SampleCountGroup() {
 
 FigureGroup DataRangeGroup() {
   return {"Valid data range", {{kControlMinimum, "Minimum"}, {kControlMaximum, "Maximum"}, {kControlMean, "Mean"}}};
+}
+
+FigureGroup AxisRangeGroup(int rows) {
+  constexpr std::array<FigureRow, 3> kAxes{{{kControlXMinimum, "X"}, {kControlYMinimum, "Y"}, {kControlZMinimum, "Z"}}};
+  return {"Valid data range", {kAxes.begin(), kAxes.begin() + rows}, {"Minimum", "Maximum", "Mean"}};
 }
 
 FigureGroup VarianceGroup() {

@@ -9,4 +9,10 @@ CDlg_Tallyscope* CPP_BaseTS::GetDlg() const {
   return dynamic_cast<CDlg_Tallyscope*>(CPP_Base::GetDlg());
 }
 
+void CPP_BaseTS::ConnectWorkingTable() {
+  GetDlg()->ConnectSpreadsheet(GetDlg()->GetData(), true);
+  GetDlg()->SetAllowSSSelection(true);
+  GetDlg()->UpdateSortFlag();
+}
+
 }  // namespace tallyscope

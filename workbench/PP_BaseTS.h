@@ -14,6 +14,10 @@ class CPP_BaseTS : public CPP_Base {
 
   CDlg_Tallyscope* GetDlg() const;
   void SetWizardButtons() override {}
+
+ protected:
+  // Brings the working table back to the spreadsheet, open to selection, whatever another page has connected.
+  void ConnectWorkingTable();
 };
 
 }  // namespace tallyscope

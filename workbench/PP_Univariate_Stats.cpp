@@ -1,49 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "workbench/PP_Univariate_Stats.h"
 
-#include <QPushButton>
-#include <QScrollArea>
-#include <QVBoxLayout>
-
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
-#include "platform/ui/Icon.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
-#include "workbench/FigurePanel.h"
 
 namespace tallyscope {
 
-CPP_Univariate_Stats::CPP_Univariate_Stats() : CPP_BaseTS(kPageUnivariateStats, "Statistics") {}
+CPP_Univariate_Stats::CPP_Univariate_Stats() : CPP_Stats(kPageUnivariateStats) {}
 
-void CPP_Univariate_Stats::CreateControls() {
-  figures_ = new FigurePanel(*this, {SampleCountGroup(),
-                                     DataRangeGroup(),
-                                     VarianceGroup(),
-                                     {"Skewness", {{kControlSkewness, "Skewness"}, {kControlDirection, "Direction"}}},
-                                     {"Histogram", {{kControlMedian, "Median"}, {kControlModeFigure, "Mode"}}},
-                                     {"Histogram quartiles",
-                                      {{kControlLowerQuartile, "Lower (25%)"},
-                                       {kControlUpperQuartile, "Upper (75%)"},
-                                       {kControlInterquartileRange, "Interquartile Range"}}}});
-  auto* area = new QScrollArea;
-  area->setWidgetResizable(true);
-  area->setFrameShape(QFrame::NoFrame);
-  area->setFocusPolicy(Qt::NoFocus);
-  area->setWidget(figures_);
-
-  auto* copy = new QPushButton(MakeIcon("copy"), "&Copy");
-  copy->setToolTip("Copy all figures of this page");
-  AddControl(kControlCopy, copy, "Copy");
-  QObject::connect(copy, &QPushButton::clicked, this, [this] { figures_->CopyText(); });
-
-  auto* layout = new QVBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(area, 1);
-  auto* row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(copy);
-  layout->addLayout(row);
+std::vector<FigureGroup> CPP_Univariate_Stats::GetGroups() const {
+  return {SampleCountGroup(),
+          DataRangeGroup(),
+          VarianceGroup(),
+          {"Skewness", {{kControlSkewness, "Skewness"}, {kControlDirection, "Direction"}}},
+          {"Histogram", {{kControlMedian, "Median"}, {kControlModeFigure, "Mode"}}},
+          {"Histogram quartiles",
+           {{kControlLowerQuartile, "Lower (25%)"},
+            {kControlUpperQuartile, "Upper (75%)"},
+            {kControlInterquartileRange, "Interquartile Range"}}}};
 }
 
 void CPP_Univariate_Stats::UploadData() {
@@ -73,10 +49,8 @@ void CPP_Univariate_Stats::DoDataExchange(unsigned, CDataExchange* exchange) {
 }
 
 bool CPP_Univariate_Stats::OnSetActive() {
-  GetDlg()->ConnectSpreadsheet(GetDlg()->GetData(), true);
-  GetDlg()->SetAllowSSSelection(true);
-  GetDlg()->UpdateSortFlag();
-  return CPP_BaseTS::OnSetActive();
+  ConnectWorkingTable();
+  return CPP_Stats::OnSetActive();
 }
 
 }  // namespace tallyscope

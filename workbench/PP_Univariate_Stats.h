@@ -2,14 +2,12 @@
 #pragma once
 
 #include "statistics/Stats_Univariate.h"
-#include "workbench/PP_BaseTS.h"
+#include "workbench/PP_Stats.h"
 
 namespace tallyscope {
 
-class FigurePanel;
-
-// The "Statistics" page of a univariate analysis: copies of the field's figures, renewed each time the page is shown.
-class CPP_Univariate_Stats : public CPP_BaseTS, public UnivariateFigures {
+// The "Statistics" page of a univariate analysis.
+class CPP_Univariate_Stats : public CPP_Stats, public UnivariateFigures {
  public:
   CPP_Univariate_Stats();
 
@@ -20,10 +18,7 @@ class CPP_Univariate_Stats : public CPP_BaseTS, public UnivariateFigures {
   bool OnSetActive() override;  // brings the working table back to the spreadsheet
 
  protected:
-  void CreateControls() override;
-
- private:
-  FigurePanel* figures_ = nullptr;
+  std::vector<FigureGroup> GetGroups() const override;
 };
 
 }  // namespace tallyscope

@@ -17,6 +17,12 @@ void CPS_BaseTS::Initialise() {
   }
 }
 
+void CPS_BaseTS::Write2Registry() {
+  for (int i = 0; i < GetPageCount(); ++i) {
+    if (auto* page = dynamic_cast<CPP_Base*>(GetPage(i))) page->Write2Registry();
+  }
+}
+
 CString CPS_BaseTS::GetAppTitle() {
   return "Tallyscope - ";
 }

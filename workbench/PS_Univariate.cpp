@@ -8,23 +8,15 @@ CPS_Univariate::~CPS_Univariate() {
 }
 
 void CPS_Univariate::CreatePPUnivariateStats() {
-  DestroyPPUnivariateStats();
-  stats_ = std::make_unique<CPP_Univariate_Stats>();
-  stats_->sheet = this;
-  AddPage(stats_.get());
+  MakePage(stats_);
 }
 
 void CPS_Univariate::DestroyPPUnivariateStats() {
-  if (stats_) RemovePage(stats_.get());
-  stats_.reset();
+  DestroyPage(stats_);
 }
 
 void CPS_Univariate::DestroyPPages() {
   DestroyPPUnivariateStats();
-}
-
-void CPS_Univariate::Write2Registry() {
-  if (stats_) stats_->Write2Registry();
 }
 
 }  // namespace tallyscope

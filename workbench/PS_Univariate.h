@@ -17,7 +17,6 @@ class CPS_Univariate : public CPS_BaseTS {
   void CreatePPUnivariateStats();
   void DestroyPPUnivariateStats();
   void DestroyPPages() override;
-  void Write2Registry() override;
 
  private:
   std::unique_ptr<CPP_Univariate_Stats> stats_;

@@ -108,6 +108,10 @@ TEST(CommandLine, TheWindowIsAskedToOpen) {
   EXPECT_EQ(lastRequest.reader.censored, Censored::kHalf);
   EXPECT_EQ(RunProgram({"--field", "Cu", "./open"}).code, 0);
   EXPECT_EQ(lastRequest.file, "./open");
+  EXPECT_EQ(RunProgram({"table.csv", "--mode", "bivariate"}).code, 0);
+  EXPECT_EQ(lastRequest.mode, CTallyscope::eBivariate);
+  EXPECT_EQ(RunProgram({"table.csv", "--mode", "spatial"}).code, 0);
+  EXPECT_EQ(lastRequest.mode, CTallyscope::eSpatial);
 }
 
 // Every figure of the JSON reads back to the double that the calculator holds.

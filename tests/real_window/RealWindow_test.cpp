@@ -57,6 +57,15 @@ TEST(RealWindow, ATourByMouseAndKeyboard) {
     QTest::keyClick(key, Qt::Key_Up);
     EXPECT_EQ(dialog.GetKeyDim(), 1) << "one field up by the keyboard";
 
+    auto* mode = dialog.GetControl<QComboBox>(kControlMode);
+    mode->setFocus();
+    QTest::keyClick(mode, Qt::Key_Down);
+    EXPECT_EQ(dialog.GetWindowText(), "Tallyscope - Bivariate");
+    EXPECT_TRUE(dialog.GetDlgItem(kControlAncField)->isVisible());
+    QTest::keyClick(mode, Qt::Key_Up);
+    EXPECT_EQ(dialog.GetWindowText(), "Tallyscope - Univariate");
+    EXPECT_EQ(dialog.GetKeyDim(), 1) << "the field it had";
+
     const int height = dialog.height();
     QTest::keyClick(&dialog, Qt::Key_F9);
     EXPECT_TRUE(QTest::qWaitFor([&] { return !grid->isVisible() && dialog.height() < height; }));

@@ -59,7 +59,7 @@ TEST(Workbench, OffersOnlyModesWithASheet) {
   auto table = SmallTable();
   OpenWorkbench dialog(table);
   dialog.Create();
-  EXPECT_EQ(dialog.Modes(), Names{"Univariate"});
+  EXPECT_EQ(dialog.Modes(), (Names{"Univariate", "Bivariate", "Spatial"})) << "variograms have none yet";
 }
 
 TEST(Workbench, OpensOnTheKeyFieldWithItsFigures) {
@@ -103,14 +103,15 @@ TEST(Workbench, AModeChangeRepairsTheFields) {
     int bi1, bi2;
     const char* mode;
     int key, anc;
+    const char* title;
   } cases[] = {
-      {"as they were", 2, 3, 1, 2, "Bivariate", 1, 2},
-      {"equal fields", 2, 3, 1, 1, "Bivariate", -1, 0},
-      {"no axes, fresh session", 0, 2, -1, 0, "Bivariate", 0, 0},
-      {"ancillary out of range", 2, 3, 1, 9, "Bivariate", 1, 1},
-      {"both out of range, no fields", 2, 0, 5, 6, "Bivariate", 0, -1},
-      {"spatial key", 2, 3, 0, 1, "Spatial", -1, -1},
-      {"variogram key", 2, 3, 0, 1, "Variogram", 0, 0},
+      {"as they were", 2, 3, 1, 2, "Bivariate", 1, 2, "Tallyscope - Bivariate"},
+      {"equal fields", 2, 3, 1, 1, "Bivariate", -1, 0, "Tallyscope - Bivariate"},
+      {"no axes, fresh session", 0, 2, -1, 0, "Bivariate", 0, 0, "Tallyscope - Bivariate"},
+      {"ancillary out of range", 2, 3, 1, 9, "Bivariate", 1, 1, "Tallyscope - Bivariate"},
+      {"both out of range, no fields: no sheet", 2, 0, 5, 6, "Bivariate", 0, -1, "Tallyscope"},
+      {"spatial key", 2, 3, 0, 1, "Spatial", -1, -1, "Tallyscope - Spatial"},
+      {"variogram key: no sheet yet", 2, 3, 0, 1, "Variogram", 0, 0, "Tallyscope"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -126,7 +127,7 @@ TEST(Workbench, AModeChangeRepairsTheFields) {
     EXPECT_EQ(dialog.GetKeyDim(), c.key);
     EXPECT_EQ(dialog.GetAncDim(), c.anc);
     EXPECT_EQ(dialog.started.size(), 1u);
-    EXPECT_EQ(dialog.GetWindowText(), "Tallyscope") << "no sheet has given it a title";
+    EXPECT_EQ(dialog.GetWindowText(), c.title);
     const bool two = std::string(c.mode) == "Bivariate";
     EXPECT_EQ(!dialog.GetDlgItem(kControlAncField)->isHidden(), two);
     dialog.ChooseMode(c.mode);

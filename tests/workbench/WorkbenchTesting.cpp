@@ -2,6 +2,7 @@
 #include "tests/workbench/WorkbenchTesting.h"
 
 #include <QComboBox>
+#include <QLabel>
 
 #include "platform/core/Messages.h"
 #include "workbench/ControlIds.h"
@@ -17,6 +18,11 @@ WrittenTable SmallTable() {
                           {"Zn", {1, 2, 3, 4, 10}}});
 }
 
+std::string FigureText(const CWnd& window, int id) {
+  const auto* label = window.GetControl<QLabel>(id);
+  return label != nullptr ? label->text().toStdString() : "no such figure";
+}
+
 OpenWorkbench::OpenWorkbench(CStats_Data& table) {
   PushData(&table, false);
   SetUniDim(0);
@@ -30,6 +36,11 @@ void OpenWorkbench::ChooseMode(const char* name) {
 void OpenWorkbench::ChooseKey(const char* name) {
   GetControl<QComboBox>(kControlKeyField)->setCurrentText(name);
   OnSelchangeKeyField();
+}
+
+void OpenWorkbench::ChooseAncillary(const char* name) {
+  GetControl<QComboBox>(kControlAncField)->setCurrentText(name);
+  OnSelchangeAncField();
 }
 
 GV_DISPINFO OpenWorkbench::Cell(int row, int col) {

@@ -43,6 +43,9 @@ class WrittenTable : public CStats_Data {
 // Five stations on two axes with three fields; a null in "Pb".
 WrittenTable SmallTable();
 
+// What a read-only figure of a window shows.
+std::string FigureText(const CWnd& window, int id);
+
 // The workbench with its inner operations open to a test, created but not shown modally.
 class OpenWorkbench : public CDlg_Tallyscope {
  public:
@@ -53,6 +56,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
   using CDlg_Tallyscope::HandleSpreadsheetCE;
   using CDlg_Tallyscope::OnDestroy;
   using CDlg_Tallyscope::OnPushData;
+  using CDlg_Tallyscope::OnSelchangeAncField;
   using CDlg_Tallyscope::OnSelchangeKeyField;
   using CDlg_Tallyscope::OnSelchangeMode;
   using CDlg_Tallyscope::ProcessMenu;
@@ -66,6 +70,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
 
   void ChooseMode(const char* name);
   void ChooseKey(const char* name);
+  void ChooseAncillary(const char* name);
   // A cell as the grid would get it.
   GV_DISPINFO Cell(int row, int col);
   std::string Text(int row, int col);
