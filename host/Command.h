@@ -41,6 +41,7 @@ struct CommandRow {
 std::span<const CommandRow> GetCommands();
 
 std::unique_ptr<CCommand> MakeOpenCommand();
+std::unique_ptr<CCommand> MakeRenderCommand();
 std::unique_ptr<CCommand> MakeSelectCommand();
 std::unique_ptr<CCommand> MakeSummaryCommand();
 std::unique_ptr<CCommand> MakeBivariateCommand();

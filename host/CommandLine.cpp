@@ -20,6 +20,7 @@ constexpr CommandRow kCommands[] = {
     {"bivariate", "print how two fields go together", MakeBivariateCommand},
     {"variogram", "print how a field's values differ with distance", MakeVariogramCommand},
     {"model", "print what a model variogram says", MakeModelCommand},
+    {"render", "draw a plot as a picture, without a window", MakeRenderCommand},
     {"select", "select stations, to write or to summarise them", MakeSelectCommand},
     {"condition", "clean and filter a field, and tell what that did", MakeConditionCommand},
     {"operators", "list the operators that can be applied to a field", MakeOperatorsCommand},

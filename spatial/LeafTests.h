@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -36,6 +38,8 @@ class Columns {
   Columns(const CPointSearch& search, const CPointSearch::Node& leaf) {
     for (int axis = 0; axis < kAxes; ++axis) columns_[axis] = search.GetLeafCoordinates(leaf, axis);
   }
+  // A part of a leaf.
+  explicit Columns(const std::array<const double*, kAxes>& parts) { std::copy(parts.begin(), parts.end(), columns_); }
 
   double Get(int axis, int p) const { return axis < kAxes ? columns_[axis][p] : 0; }
 

@@ -158,12 +158,24 @@ int CStats_Histogram::GetBinIndex(double value) {
   if (binMode_ == kSortedMode) {
     return FindReaching(bins, value, [](const CHistogramBin& bin) { return bin.binMax; });
   }
-  if (binMode_ != kBinnedMode) return -1;
-  const double count = static_cast<double>(bins.size());
-  const double width = (bins.back().binMax - bins.front().binMin) / count;
-  double index = (value - bins.front().binMin) / width;
-  index = index > 0 ? index : 0;  // NaN too
-  return static_cast<int>(index < count - 1 ? index : count - 1);
+  int index = -1;
+  if (binMode_ == kBinnedMode) GetBinIndices(&value, 1, &index);
+  return index;
+}
+
+void CStats_Histogram::GetBinIndices(const double* values, int count, int* indices) {
+  if (bins.empty() || binMode_ != kBinnedMode) {
+    for (int i = 0; i < count; ++i) indices[i] = GetBinIndex(values[i]);
+    return;
+  }
+  const double size = static_cast<double>(bins.size());
+  const double first = bins.front().binMin;
+  const double width = (bins.back().binMax - first) / size;
+  for (int i = 0; i < count; ++i) {
+    double index = (values[i] - first) / width;
+    index = index > 0 ? index : 0;  // NaN too
+    indices[i] = static_cast<int>(index < size - 1 ? index : size - 1);
+  }
 }
 
 double CStats_Histogram::GetCumulative(double value) {

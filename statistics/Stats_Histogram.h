@@ -65,6 +65,9 @@ class CStats_Histogram : public CStats_Calculator {
   virtual bool Regroup(int count);          // sorted bins into fewer; false for other modes, no bins, or count < 1
   virtual bool ComputeBins(CStats_Data* data, int dim, CProgressSink* progress);
 
+  // GetBinIndex of each of `count` values.
+  void GetBinIndices(const double* values, int count, int* indices);
+
   // Takes bins that the owner has counted on its way, and marks item 0 computed. Nothing without a bin.
   void TakeBins(const BinCounter& counter);
 

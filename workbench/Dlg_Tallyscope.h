@@ -87,6 +87,7 @@ class CDlg_Tallyscope : public CDialog {
 
   // What the status line says while the pointer is on nothing.
   void SetIdleStatus(const CString& text);
+  void ShowStatus(const CString& text);  // empty: the idle text
 
   CPS_BaseTS* GetSheet() const { return sheet_.get(); }
   bool IsSpreadsheetShown() const { return spreadsheetShown_; }
@@ -145,7 +146,6 @@ class CDlg_Tallyscope : public CDialog {
   QWidget* MakeHeader();
   QWidget* MakeFooter();
   void MakeTips();
-  void ShowStatus(const CString& text);  // empty: the idle text
   void RestoreLayout();
   void SaveLayout() const;
 
@@ -198,6 +198,7 @@ class CDlg_Tallyscope : public CDialog {
   int ancIndex_ = -1;
   int modeIndex_ = -1;
   int hoverStation_ = -1;
+  std::vector<int> workingWidths_;  // columns of the working table while the spreadsheet shows another
   CString savedTitle_;
   CString idleStatus_;
 };

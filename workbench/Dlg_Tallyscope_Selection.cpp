@@ -104,8 +104,8 @@ void CDlg_Tallyscope::OnSelectionChanged() {
 
 void CDlg_Tallyscope::ShowSelectedCount() {
   auto* label = GetControl<QLabel>(kControlSelected);
-  if (label == nullptr || GetSSData() == nullptr) return;
-  const int size = GetSSData()->GetSize();
+  if (label == nullptr || GetData() == nullptr) return;
+  const int size = GetData()->GetSize();  // of the stations, also while the spreadsheet shows another table
   const auto* selection = GetSelection(GetSpatialCalculator(), size);
   const int selected = selection != nullptr ? selection->Count() : 0;
   label->setText(selected > 0 ? QString("%1 of %2 selected").arg(selected).arg(size)

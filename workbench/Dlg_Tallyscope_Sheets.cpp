@@ -143,13 +143,16 @@ void CDlg_Tallyscope::SearchBy(int x, int y, int z, int count) {
 void CDlg_Tallyscope::CreatePS_Univariate(int wizard, int startPage) {
   DestroyPSheet();
   auto sheet = std::make_unique<CPS_Univariate>(this, 0);
+  sheet->CreatePPUnivariateScatter();
   sheet->CreatePPUnivariateStats();
+  sheet->CreatePPUnivariateHistogram();
   StartSheet(std::move(sheet), wizard, startPage, kStringUnivariate);
 }
 
 void CDlg_Tallyscope::CreatePS_Bivariate(int wizard, int startPage) {
   DestroyPSheet();
   auto sheet = std::make_unique<CPS_Bivariate>(this, 0);
+  sheet->CreatePPBivariateScatter();
   sheet->CreatePPBivariateStats();
   StartSheet(std::move(sheet), wizard, startPage, kStringBivariate);
 }
@@ -157,6 +160,7 @@ void CDlg_Tallyscope::CreatePS_Bivariate(int wizard, int startPage) {
 void CDlg_Tallyscope::CreatePS_Spatial(int wizard, int startPage) {
   DestroyPSheet();
   auto sheet = std::make_unique<CPS_Spatial>(this, 0);
+  if (GetDimension() == 2) sheet->CreatePPSpatialScatter();
   sheet->CreatePPSpatialStats();
   StartSheet(std::move(sheet), wizard, startPage, kStringSpatial);
 }

@@ -18,16 +18,23 @@
 #include "workbench/Dlg_StatsBasic.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_BaseTS.h"
+#include "workbench/StationText.h"
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr int kShownDigits = 8;
+std::vector<int> GetColumnWidths(const CGridCtrl& grid) {
+  std::vector<int> widths;
+  for (int column = 0; column < grid.GetColumnCount(); ++column) widths.push_back(grid.GetColumnWidth(column));
+  return widths;
+}
 
-CString ShownNumber(double value) {
-  return FormatLocale(value, kShownDigits);
+void SetColumnWidths(CGridCtrl& grid, const std::vector<int>& widths) {
+  for (std::size_t column = 1; column < widths.size(); ++column) {
+    grid.SetColumnWidth(static_cast<int>(column), widths[column]);
+  }
 }
 
 int IsDown(Qt::KeyboardModifier key) {
@@ -37,12 +44,17 @@ int IsDown(Qt::KeyboardModifier key) {
 }  // namespace
 
 void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
+  const bool wasWorking = GetSSData() == GetData();
+  const bool isWorking = data == GetData();
   GetTallyscope()->SetSSData(data);
   highlightKey_ = highlightKey;
   if (grid_ == nullptr) return;  // not opened yet
   if (data != nullptr) {
+    if (wasWorking && !isWorking) workingWidths_ = GetColumnWidths(*grid_);
     grid_->SetRowCount(data->GetSize() + 1);
     grid_->SetColumnCount(data->GetSpatialSize() + data->GetValueSize() + 1);
+    if (!isWorking) grid_->AutoSizeColumns();
+    if (!wasWorking && isWorking) SetColumnWidths(*grid_, workingWidths_);
     ShowSelectedCount();
   }
   UpdateSortFlag();
@@ -154,7 +166,7 @@ COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
 }
 
 void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
-  if (row != 0 || col < 1) return;
+  if (row != 0 || col < 1 || GetSSData() != GetData()) return;  // another table's columns are no fields
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
   void (CDlg_Tallyscope::*set)(int) = nullptr;
   int before = 0;
@@ -306,16 +318,11 @@ void CDlg_Tallyscope::ShowCellStatus(int row) {
     ShowStatus("");
     return;
   }
-  const int station = GetStationSS(row - 1);
-  CString text = "station " + std::to_string(station + 1) + ":";
-  const auto add = [&](int dim) {
-    double value = 0;
-    const bool valid = data->GetValue(dim, station, value);
-    text += (text.back() == ':' ? " " : ", ") + data->GetValueName(dim) + " " + (valid ? ShownNumber(value) : "null");
-  };
-  for (int axis = -1; axis >= -data->GetSpatialSize(); --axis) add(axis);
-  if (data == GetData() && GetKeyDim() >= 0 && GetKeyDim() < data->GetValueSize()) add(GetKeyDim());
-  ShowStatus(text);
+  if (data != GetData()) {
+    ShowStatus("row " + std::to_string(row));
+    return;
+  }
+  ShowStatus(DescribeStation(*data, GetStationSS(row - 1), {GetKeyDim()}));
 }
 
 }  // namespace tallyscope

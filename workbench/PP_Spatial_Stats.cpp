@@ -49,6 +49,7 @@ void CPP_Spatial_Stats::DoDataExchange(unsigned, CDataExchange* exchange) {
 }
 
 void CPP_Spatial_Stats::EnableControls() {
+  if (figures_ == nullptr) return;  // exchanged before it was first shown
   figures_->ShowRow(kControlZMinimum, GetDlg()->GetDimension() >= 3);
 }
 

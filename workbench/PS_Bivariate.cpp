@@ -7,6 +7,14 @@ CPS_Bivariate::~CPS_Bivariate() {
   CPS_Bivariate::DestroyPPages();
 }
 
+void CPS_Bivariate::CreatePPBivariateScatter() {
+  MakePage(scatter_);
+}
+
+void CPS_Bivariate::DestroyPPBivariateScatter() {
+  DestroyPage(scatter_);
+}
+
 void CPS_Bivariate::CreatePPBivariateStats() {
   MakePage(stats_);
 }
@@ -16,6 +24,7 @@ void CPS_Bivariate::DestroyPPBivariateStats() {
 }
 
 void CPS_Bivariate::DestroyPPages() {
+  DestroyPPBivariateScatter();
   DestroyPPBivariateStats();
 }
 

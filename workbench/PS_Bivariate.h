@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "plots/PP_Bivariate_Scatter.h"
 #include "workbench/PP_Bivariate_Stats.h"
 #include "workbench/PS_BaseTS.h"
 
@@ -14,11 +15,14 @@ class CPS_Bivariate : public CPS_BaseTS {
   using CPS_BaseTS::CPS_BaseTS;
   ~CPS_Bivariate() override;
 
+  void CreatePPBivariateScatter();
+  void DestroyPPBivariateScatter();
   void CreatePPBivariateStats();
   void DestroyPPBivariateStats();
   void DestroyPPages() override;
 
  private:
+  std::unique_ptr<CPP_Bivariate_Scatter> scatter_;
   std::unique_ptr<CPP_Bivariate_Stats> stats_;
 };
 

@@ -7,6 +7,14 @@ CPS_Spatial::~CPS_Spatial() {
   CPS_Spatial::DestroyPPages();
 }
 
+void CPS_Spatial::CreatePPSpatialScatter() {
+  MakePage(scatter_);
+}
+
+void CPS_Spatial::DestroyPPSpatialScatter() {
+  DestroyPage(scatter_);
+}
+
 void CPS_Spatial::CreatePPSpatialStats() {
   MakePage(stats_);
 }
@@ -16,6 +24,7 @@ void CPS_Spatial::DestroyPPSpatialStats() {
 }
 
 void CPS_Spatial::DestroyPPages() {
+  DestroyPPSpatialScatter();
   DestroyPPSpatialStats();
 }
 

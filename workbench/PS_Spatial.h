@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "plots/PP_Spatial_Scatter.h"
 #include "workbench/PP_Spatial_Stats.h"
 #include "workbench/PS_BaseTS.h"
 
@@ -14,11 +15,14 @@ class CPS_Spatial : public CPS_BaseTS {
   using CPS_BaseTS::CPS_BaseTS;
   ~CPS_Spatial() override;
 
+  void CreatePPSpatialScatter();
+  void DestroyPPSpatialScatter();
   void CreatePPSpatialStats();
   void DestroyPPSpatialStats();
   void DestroyPPages() override;
 
  private:
+  std::unique_ptr<CPP_Spatial_Scatter> scatter_;
   std::unique_ptr<CPP_Spatial_Stats> stats_;
 };
 

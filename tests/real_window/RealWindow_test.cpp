@@ -10,7 +10,11 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 
+#include "plots/GraphControls.h"
+#include "plots/PP_Base_Graph.h"
+#include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
@@ -49,6 +53,7 @@ TEST(RealWindow, ATourByMouseAndKeyboard) {
     QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, heading);
     QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, heading);
     EXPECT_EQ(dialog.GetKeyDim(), 2) << "a double click on \"Zn\"";
+    dialog.GetSheet()->SetActivePage(1);
     const auto* mean = dialog.GetSheet()->GetActivePage()->GetControl<QLabel>(kControlMean);
     EXPECT_EQ(mean->text(), "4");
 
@@ -77,6 +82,28 @@ TEST(RealWindow, ATourByMouseAndKeyboard) {
     QTest::mouseClick(dialog.GetControl<QPushButton>(kIdOk), Qt::LeftButton);
   });
   EXPECT_TRUE(accepted);
+}
+
+// A drag over the histogram's tail, seen in the spreadsheet and on the map, by the real pointer's events.
+TEST(RealWindow, ADragOverTheHistogramSelects) {
+  auto table = SmallTable();
+  RunWorkbench(table, [](CDlg_Tallyscope& dialog) {
+    dialog.GetSheet()->SetActivePage(2);
+    auto& page = dynamic_cast<CPP_Base_Graph&>(*dialog.GetSheet()->GetActivePage());
+    QTest::mouseClick(page.GetControl<QToolButton>(kGraphSelectRect), Qt::LeftButton);
+    auto* canvas = page.GetControl<CPlotCanvas>(kGraphFrame);
+    const auto at = [&](double value, double height) {
+      const auto place = page.GetPlot()->World2Device(value, height);
+      return QPoint(static_cast<int>(place[0]), static_cast<int>(place[1]));
+    };
+    QTest::mousePress(canvas, Qt::LeftButton, {}, at(4.2, 0.6));
+    QTest::mouseMove(canvas, at(6, 0.5));
+    QTest::mouseMove(canvas, at(9, 0.3));
+    QTest::mouseRelease(canvas, Qt::LeftButton, {}, at(9, 0.3));
+    EXPECT_EQ(dialog.GetControl<QLabel>(kControlSelected)->text(), "3 of 5 selected");
+    QTest::keyClick(&dialog, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.GetControl<QLabel>(kControlSelected)->text() == "5 stations"; }));
+  });
 }
 
 TEST(RealWindow, ClosingItIsNoAcceptance) {

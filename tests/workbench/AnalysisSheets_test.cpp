@@ -51,6 +51,7 @@ struct OpenPage : OpenWorkbench {
     if (mode == CTallyscope::eUnivariate) SetUniDim(key);
     if (mode == CTallyscope::eSpatial) SetSPDim(key);
     Create();
+    ShowPage("Statistics");
   }
   CPropertyPage& Page() { return *GetSheet()->GetActivePage(); }
 
@@ -239,6 +240,9 @@ TEST_F(StatisticsPages, WhichTableTheSpreadsheetShows) {
     dialog.ConnectSpreadsheet(&derived, false);
     dialog.SetAllowSSSelection(false);
     dialog.GetSheet()->SetActivePage(0);
+    dialog.ConnectSpreadsheet(&derived, false);
+    dialog.SetAllowSSSelection(false);
+    dialog.ShowPage("Statistics");
     const bool back = mode != CTallyscope::eSpatial;
     EXPECT_EQ(dialog.GetSSData() == &table, back);
     EXPECT_EQ(dialog.GetAllowSSSelection(), back);
@@ -260,6 +264,7 @@ TEST_F(StatisticsPages, EachModeKeepsItsFields) {
   dialog.ChooseKey("Zn");
   dialog.ChooseMode("Bivariate");
   EXPECT_EQ(shown(), "x/Cu");
+  dialog.ShowPage("Statistics");
   dialog.ChooseKey("Pb");
   dialog.ChooseAncillary("y");
   EXPECT_EQ(FigureText(*dialog.GetSheet()->GetActivePage(), kControlYMaximum), "5");
@@ -268,9 +273,11 @@ TEST_F(StatisticsPages, EachModeKeepsItsFields) {
   for (int round = 0; round < 2; ++round) {
     dialog.ChooseMode("Univariate");
     EXPECT_EQ(shown(), "Zn");
+    dialog.ShowPage("Statistics");
     EXPECT_EQ(FigureText(*dialog.GetSheet()->GetActivePage(), kControlMean), "4");
     dialog.ChooseMode("Bivariate");
     EXPECT_EQ(shown(), "Pb/y");
+    dialog.ShowPage("Statistics");
     EXPECT_EQ(FigureText(*dialog.GetSheet()->GetActivePage(), kControlXMean), "250");
     dialog.ChooseMode("Spatial");
     EXPECT_EQ(shown(), "Cu");
@@ -287,8 +294,8 @@ TEST_F(StatisticsPages, DieWithTheirSheet) {
   EXPECT_TRUE(sheet->IsInitialised());
   sheet->CreatePPBivariateStats();
   EXPECT_TRUE(page.isNull()) << "made anew";
-  ASSERT_EQ(sheet->GetPageCount(), 1);
-  EXPECT_TRUE(sheet->SetActivePage(0));
+  ASSERT_EQ(sheet->GetPageCount(), 2);
+  EXPECT_TRUE(sheet->SetActivePage(1));
   page = sheet->GetActivePage();
   dialog.ChooseMode("Spatial");
   EXPECT_TRUE(page.isNull());
@@ -296,7 +303,7 @@ TEST_F(StatisticsPages, DieWithTheirSheet) {
   dynamic_cast<CPS_Spatial*>(dialog.GetSheet())->DestroyPPages();
   EXPECT_EQ(dialog.GetSheet()->GetPageCount(), 0);
   dialog.RefreshDialog(true);
-  EXPECT_EQ(dialog.GetSheet()->GetPageCount(), 1);
+  EXPECT_EQ(dialog.GetSheet()->GetPageCount(), 2);
 }
 
 class CountedPage : public CPP_BaseTS {

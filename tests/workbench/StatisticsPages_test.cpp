@@ -26,6 +26,7 @@ struct UnivariatePage : testing::Test {
 
 TEST_F(UnivariatePage, ShowsTheFiguresOfTheKeyField) {
   dialog.Create();
+  dialog.ShowPage("Statistics");
   const std::pair<int, const char*> figures[] = {
       {kControlTotal, "5"},
       {kControlValid, "4"},
@@ -48,6 +49,7 @@ TEST_F(UnivariatePage, ShowsTheFiguresOfTheKeyField) {
 TEST_F(UnivariatePage, FollowsTheUsersDecimalCharacter) {
   SetNumberCharacters({",", "."});
   dialog.Create();
+  dialog.ShowPage("Statistics");
   EXPECT_EQ(FigureText(Page(), kControlVariance), "16,6666666666667");
   EXPECT_TRUE(dialog.GetSheet()->Process(0)) << "the figures read back through the same characters";
   EXPECT_EQ(dynamic_cast<CPP_Univariate_Stats&>(Page()).variance, 16.6666666666667);
@@ -55,6 +57,7 @@ TEST_F(UnivariatePage, FollowsTheUsersDecimalCharacter) {
 
 TEST_F(UnivariatePage, CopiesAllFiguresAsText) {
   dialog.Create();
+  dialog.ShowPage("Statistics");
   Page().GetControl<QPushButton>(kControlCopy)->click();
   const auto text = QApplication::clipboard()->text();
   EXPECT_TRUE(text.startsWith("Sample Count\tTotal\t5\n"));

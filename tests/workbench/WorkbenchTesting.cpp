@@ -6,6 +6,7 @@
 
 #include "platform/core/Messages.h"
 #include "workbench/ControlIds.h"
+#include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {
@@ -41,6 +42,12 @@ void OpenWorkbench::ChooseKey(const char* name) {
 void OpenWorkbench::ChooseAncillary(const char* name) {
   GetControl<QComboBox>(kControlAncField)->setCurrentText(name);
   OnSelchangeAncField();
+}
+
+void OpenWorkbench::ShowPage(const char* caption) {
+  for (int i = 0; i < GetSheet()->GetPageCount(); ++i) {
+    if (GetSheet()->GetPage(i)->GetCaption() == caption) GetSheet()->SetActivePage(i);
+  }
 }
 
 GV_DISPINFO OpenWorkbench::Cell(int row, int col) {

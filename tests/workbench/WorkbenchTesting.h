@@ -71,6 +71,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
   void ChooseMode(const char* name);
   void ChooseKey(const char* name);
   void ChooseAncillary(const char* name);
+  void ShowPage(const char* caption);
   // A cell as the grid would get it.
   GV_DISPINFO Cell(int row, int col);
   std::string Text(int row, int col);

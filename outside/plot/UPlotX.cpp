@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "outside/plot/UPlotX.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallyscope {
+
+namespace {
+
+constexpr double kFinest = 1e-12;  // of the larger end: a view is never narrower, so that its pixels still differ
+constexpr double kWidest = 1e300;
+
+// Ends in order, finite and apart.
+void Open(double& low, double& high) {
+  if (!std::isfinite(low) || !std::isfinite(high) || low > high) {
+    low = 0;
+    high = 1;
+  }
+  if (low < high) return;
+  const double half = std::max(0.5, std::abs(low) * 1e-6);
+  low -= half;
+  high += half;
+}
+
+bool IsView(double low, double high) {
+  return std::isfinite(low) && std::isfinite(high) && high - low < kWidest &&
+         high - low > std::max(std::max(std::abs(low), std::abs(high)) * kFinest, 1e-290);
+}
+
+}  // namespace
+
+void CUPlotX::ZoomFit() {
+  if (scaling != eManual) {
+    for (std::size_t axis = 0; axis < 2; ++axis) {
+      double low = extents.min[axis];
+      double high = extents.max[axis];
+      Open(low, high);
+      const auto& map = maps[axis];
+      const double from = map.ToData(low);
+      const double to = map.ToData(high);
+      const double more = (to - from) * padding;
+      axisRange.min[axis] = more > 0 ? map.ToWorld(from - more) : low;
+      axisRange.max[axis] = more > 0 ? map.ToWorld(to + more) : high;
+    }
+  }
+  SetWindowExtent();
+}
+
+void CUPlotX::SetWindowExtent() {
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    double low = maps[axis].ToData(axisRange.min[axis]);
+    double high = maps[axis].ToData(axisRange.max[axis]);
+    if (!IsView(low, high)) Open(low, high);
+    window_.min[axis] = low;
+    window_.max[axis] = high;
+  }
+  if (scaling != eNatural) return;
+  const double pixels[2] = {double(std::max(frame_.Width(), 1)), double(std::max(frame_.Height(), 1))};
+  const double unit = std::max((window_.max[0] - window_.min[0]) / pixels[0],  //
+                               (window_.max[1] - window_.min[1]) / pixels[1]);
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    const double middle = (window_.min[axis] + window_.max[axis]) / 2;
+    window_.min[axis] = middle - unit * pixels[axis] / 2;
+    window_.max[axis] = middle + unit * pixels[axis] / 2;
+  }
+}
+
+void CUPlotX::TakeWindow(const Box& window, int axes) {
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    if ((axes >> axis & 1) == 0) continue;
+    const double low = maps[axis].ToWorld(window.min[axis]);
+    const double high = maps[axis].ToWorld(window.max[axis]);
+    if (!IsView(low, high) || !IsView(window.min[axis], window.max[axis])) return;
+  }
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    if ((axes >> axis & 1) == 0) continue;
+    axisRange.min[axis] = maps[axis].ToWorld(window.min[axis]);
+    axisRange.max[axis] = maps[axis].ToWorld(window.max[axis]);
+  }
+  SetWindowExtent();
+}
+
+void CUPlotX::ZoomTo(const DrawRect& rect, int axes) {
+  const XVector low = Device2Data({rect.left, rect.bottom, 0});
+  const XVector high = Device2Data({rect.right, rect.top, 0});
+  TakeWindow({low, high, 1}, scaling == eNatural ? 3 : axes);
+}
+
+void CUPlotX::ZoomAbout(const DrawPoint& place, double factor, int axes) {
+  const XVector fixed = Device2Data({place.x, place.y, 0});
+  Box window = window_;
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    window.min[axis] = fixed[axis] + (window_.min[axis] - fixed[axis]) / factor;
+    window.max[axis] = fixed[axis] + (window_.max[axis] - fixed[axis]) / factor;
+  }
+  TakeWindow(window, scaling == eNatural ? 3 : axes);
+}
+
+void CUPlotX::Pan(double dx, double dy, int axes) {
+  const double shift[2] = {-dx * (window_.max[0] - window_.min[0]) / std::max(frame_.Width(), 1),
+                           dy * (window_.max[1] - window_.min[1]) / std::max(frame_.Height(), 1)};
+  Box window = window_;
+  for (std::size_t axis = 0; axis < 2; ++axis) {
+    window.min[axis] += shift[axis];
+    window.max[axis] += shift[axis];
+  }
+  TakeWindow(window, axes);
+}
+
+Box CUPlotX::GetVisible() const {
+  return {Data2World(window_.min), Data2World(window_.max), 1};
+}
+
+XVector CUPlotX::Device2Data(const XVector& device) const {
+  const double x = (device[0] - frame_.left) / std::max(frame_.Width(), 1);
+  const double y = (frame_.bottom - device[1]) / std::max(frame_.Height(), 1);
+  return {window_.min[0] + x * (window_.max[0] - window_.min[0]),
+          window_.min[1] + y * (window_.max[1] - window_.min[1]), device[2]};
+}
+
+XVector CUPlotX::Data2Device(const XVector& data) const {
+  const double x = (data[0] - window_.min[0]) / (window_.max[0] - window_.min[0]);
+  const double y = (data[1] - window_.min[1]) / (window_.max[1] - window_.min[1]);
+  return {frame_.left + x * std::max(frame_.Width(), 1), frame_.bottom - y * std::max(frame_.Height(), 1), data[2]};
+}
+
+XVector CUPlotX::Data2World(const XVector& data) const {
+  return {maps[0].ToWorld(data[0]), maps[1].ToWorld(data[1]), maps[2].ToWorld(data[2])};
+}
+
+XVector CUPlotX::World2Data(const XVector& world) const {
+  return {maps[0].ToData(world[0]), maps[1].ToData(world[1]), maps[2].ToData(world[2])};
+}
+
+CPoint CUPlotX::Device2Client(const XVector& device) const {
+  const auto whole = [](double at) { return static_cast<int>(std::round(std::clamp(at, -1e9, 1e9))); };
+  return {whole(device[0]), whole(device[1])};
+}
+
+Box CUPlotX::Rect2World(const CRect& rect) const {
+  return {Device2World(rect.left, rect.bottom), Device2World(rect.right, rect.top), 1};
+}
+
+CUPlotX::eHitArea CUPlotX::GetHitArea(CPoint point) const {
+  if (!client_.PtInRect(point)) return eNone;
+  if (frame_.PtInRect(point)) return eData;
+  const bool level = point.y >= frame_.top && point.y < frame_.bottom;
+  const bool upright = point.x >= frame_.left && point.x < frame_.right;
+  if (level) return point.x < frame_.left ? eLeft : eRight;
+  if (upright) return point.y < frame_.top ? eTop : eBottom;
+  return eNone;
+}
+
+void CUPlotX::SetLayout(CUPlotX_Container* container, const CRect& client, const CRect& frame, const CRect& legend) {
+  container_ = container;
+  client_ = client;
+  frame_ = frame;
+  legend_ = legend;
+}
+
+}  // namespace tallyscope

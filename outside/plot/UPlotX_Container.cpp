@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+#include "outside/plot/UPlotX_Container.h"
+
+#include <algorithm>
+
+#include <QGuiApplication>
+
+#include "outside/colour/Hsl.h"
+#include "outside/plot/PlotAxes.h"
+#include "outside/plot/PlotCanvas.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr double kEmptyPoints = 9;
+
+}  // namespace
+
+void CUPlotX_Container::SetWindow(CPlotCanvas* canvas) {
+  canvas_ = canvas;
+  if (canvas_ != nullptr) SetClientSize({canvas_->width(), canvas_->height()});
+}
+
+void CUPlotX_Container::SetClientSize(CSize size) {
+  size_ = size;
+  InitialiseExtents();
+}
+
+void CUPlotX_Container::AddPlot(CUPlotX* plot, bool active) {
+  plots_.push_back(plot);
+  if (active || active_ == nullptr) active_ = plot;
+  LayOutPlot(*plot, *this);
+}
+
+void CUPlotX_Container::InitialiseExtents() {
+  for (auto* plot : plots_) LayOutPlot(*plot, *this);
+}
+
+void CUPlotX_Container::ZoomFit() {
+  for (auto* plot : plots_) plot->ZoomFit();
+  InitialiseExtents();
+  Invalidate();
+}
+
+void CUPlotX_Container::SetWindowExtent() {
+  for (auto* plot : plots_) plot->SetWindowExtent();
+  InitialiseExtents();
+  Invalidate();
+}
+
+void CUPlotX_Container::Render(CDC& dc) {
+  RenderKept(dc);
+  RenderOver(dc);
+}
+
+void CUPlotX_Container::RenderKept(CDC& dc) {
+  InitialiseExtents();
+  dc.FillSolidRect(ToDrawRect(dc.GetClientRect()), colours.paper);
+  for (auto* plot : plots_) {
+    DrawAxes(dc, *plot, colours);
+    plot->RenderLayer(dc);
+    if (isPicture) plot->RenderSide(dc);
+    RenderEmpty(dc, *plot);
+  }
+}
+
+void CUPlotX_Container::RenderEmpty(CDC& dc, CUPlotX& plot) {
+  const CString reason = plot.GetEmptyReason();
+  if (reason.empty()) return;
+  const auto& frame = plot.GetFrame();
+  dc.SelectPointFont(kEmptyPoints, kPlotFace);
+  dc.SetTextColor(colours.faint);
+  dc.SetBkMode(false, colours.paper);
+  dc.SetTextAlign(TextAlign::kCentre, TextLine::kMiddle);
+  dc.TextOut((frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0, reason);
+  dc.SetBkMode(true);
+}
+
+void CUPlotX_Container::RenderOver(CDC& dc) {
+  for (auto* plot : plots_) {
+    const DrawClip clip(dc, ToDrawRect(plot->GetFrame()));
+    plot->RenderHover(dc);
+  }
+  RenderBand(dc);
+}
+
+void CUPlotX_Container::Invalidate() {
+  if (canvas_ != nullptr) canvas_->InvalidateKept();
+}
+
+void CUPlotX_Container::InvalidateOver() {
+  if (canvas_ != nullptr) canvas_->update();
+}
+
+QCursor CUPlotX_Container::ShowZoomInCursor() const {
+  return Qt::CrossCursor;
+}
+
+QCursor CUPlotX_Container::ShowZoomOutCursor() const {
+  return Qt::CrossCursor;
+}
+
+QCursor CUPlotX_Container::ShowPanCursor() const {
+  return Qt::OpenHandCursor;
+}
+
+QCursor CUPlotX_Container::GetCursor(CPoint point) const {
+  if (active_ == nullptr || active_->GetHitArea(point) != CUPlotX::eData) return Qt::ArrowCursor;
+  switch (mode_) {
+    case eZoomIn:
+      return ShowZoomInCursor();
+    case eZoomOut:
+      return ShowZoomOutCursor();
+    case ePan:
+      return gesture_ == kDrag ? QCursor(Qt::ClosedHandCursor) : ShowPanCursor();
+    case ePointer:
+      return Qt::ArrowCursor;
+    default:
+      return Qt::CrossCursor;
+  }
+}
+
+void CUPlotX_Container::RGB2HSL(double red, double green, double blue, double& hue, double& saturation,
+                                double& lightness) {
+  const Hsl hsl = ToHsl(Rgb{red, green, blue});
+  hue = hsl.hue;
+  saturation = hsl.saturation;
+  lightness = hsl.lightness;
+}
+
+void CUPlotX_Container::HSL2RGB(double hue, double saturation, double lightness, double& red, double& green,
+                                double& blue) {
+  const Rgb rgb = ToRgb(Hsl{hue, saturation, lightness});
+  red = rgb.red;
+  green = rgb.green;
+  blue = rgb.blue;
+}
+
+COLORREF CUPlotX_Container::RGB2CREF(double red, double green, double blue) {
+  return ToColorRef(Rgb{red, green, blue});
+}
+
+void CUPlotX_Container::CREF2RGB(COLORREF colour, double& red, double& green, double& blue) {
+  const Rgb rgb = ToRgb(colour);
+  red = rgb.red;
+  green = rgb.green;
+  blue = rgb.blue;
+}
+
+}  // namespace tallyscope

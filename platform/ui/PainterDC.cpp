@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+#include "platform/ui/PainterDC.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPainter>
+
+#include "platform/ui/Contrast.h"
+#include "platform/ui/Wnd.h"
+
+namespace tallyscope {
+
+namespace {
+
+QRectF ToQRect(const DrawRect& rect) {
+  return {QPointF(rect.left, rect.top), QPointF(rect.right, rect.bottom)};
+}
+
+QPolygonF ToQPolygon(std::span<const DrawPoint> points) {
+  QPolygonF polygon;
+  polygon.reserve(static_cast<int>(points.size()));
+  for (const auto& point : points) polygon << QPointF(point.x, point.y);
+  return polygon;
+}
+
+QPen ToQPen(const Pen& pen) {
+  if (pen.style == PenStyle::kNone) return QPen(Qt::NoPen);
+  QPen made(ToQColor(pen.colour), std::max(pen.width, 1.0));
+  if (pen.style == PenStyle::kDash) made.setDashPattern({4, 3});
+  if (pen.style == PenStyle::kDot) made.setDashPattern({1, 2});
+  made.setCapStyle(pen.ends == PenEnds::kRound && pen.style == PenStyle::kSolid && pen.width > 1 ? Qt::RoundCap
+                   : pen.ends == PenEnds::kSquare                                                ? Qt::SquareCap
+                                                                                                 : Qt::FlatCap);
+  made.setJoinStyle(Qt::RoundJoin);
+  return made;
+}
+
+DrawRect Intersect(const DrawRect& a, const DrawRect& b) {
+  return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right), std::min(a.bottom, b.bottom)};
+}
+
+}  // namespace
+
+CPainterDC::CPainterDC(QImage& image)
+    : own_(std::make_unique<QPainter>(&image)),
+      painter_(own_.get()),
+      image_(&image),
+      client_{static_cast<int>(std::lround(image.width() / image.devicePixelRatio())),
+              static_cast<int>(std::lround(image.height() / image.devicePixelRatio()))},
+      scale_(image.devicePixelRatio()) {
+  clips_.push_back({0, 0, image.width() / scale_, image.height() / scale_});
+}
+
+CPainterDC::CPainterDC(QPainter& painter, CSize client) : painter_(&painter), client_(client) {
+  painter_->save();
+  clips_.push_back(ToDrawRect(GetClientRect()));
+}
+
+CPainterDC::~CPainterDC() {
+  if (own_ == nullptr) painter_->restore();
+}
+
+void CPainterDC::SelectPen(const Pen& pen) {
+  pen_ = pen;
+  painter_->setPen(ToQPen(pen));
+}
+
+void CPainterDC::SelectSolidBrush(COLORREF colour) {
+  painter_->setBrush(ToQColor(colour));
+}
+
+// A level or upright line lies on whole device pixels; with antialiasing it would smear over two rows.
+void CPainterDC::LineTo(double x, double y) {
+  const bool straight = x == place_.x || y == place_.y;
+  painter_->setRenderHint(QPainter::Antialiasing, !straight);
+  painter_->drawLine(QPointF(place_.x, place_.y), QPointF(x, y));
+  place_ = {x, y};
+}
+
+void CPainterDC::FillSolidRect(const DrawRect& rect, COLORREF colour) {
+  if (rect.right <= rect.left || rect.bottom <= rect.top) return;
+  painter_->setRenderHint(QPainter::Antialiasing, false);
+  if (image_ == nullptr) {
+    painter_->fillRect(ToQRect(rect), ToQColor(colour));
+    return;
+  }
+  // Edges round by themselves, so that rectangles that touch leave no gap.
+  const auto edge = [this](double at) { return std::round(at * scale_) / scale_; };
+  DrawRect whole{edge(rect.left), edge(rect.top), edge(rect.right), edge(rect.bottom)};
+  whole.right = std::max(whole.right, whole.left + 1 / scale_);
+  whole.bottom = std::max(whole.bottom, whole.top + 1 / scale_);
+  painter_->fillRect(ToQRect(whole), ToQColor(colour));
+}
+
+void CPainterDC::Polygon(std::span<const DrawPoint> points) {
+  painter_->setRenderHint(QPainter::Antialiasing, true);
+  painter_->drawPolygon(ToQPolygon(points));
+}
+
+void CPainterDC::Polyline(std::span<const DrawPoint> points) {
+  painter_->setRenderHint(QPainter::Antialiasing, true);
+  painter_->drawPolyline(ToQPolygon(points));
+}
+
+CPainterDC::DeviceRect CPainterDC::GetDeviceClip() const {
+  const auto& clip = clips_.back();
+  return {std::max(0, static_cast<int>(std::lround(clip.left * scale_))),
+          std::max(0, static_cast<int>(std::lround(clip.top * scale_))),
+          std::min(image_->width(), static_cast<int>(std::lround(clip.right * scale_))),
+          std::min(image_->height(), static_cast<int>(std::lround(clip.bottom * scale_)))};
+}
+
+void CPainterDC::PutMarks(std::span<const PlotMark> marks) {
+  if (image_ != nullptr) {
+    PutMarksInImage(marks);
+  } else {
+    PutMarksByPainter(marks);
+  }
+}
+
+void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
+  const auto clip = GetDeviceClip();
+  const int thick = std::max(1, static_cast<int>(std::lround(scale_)));
+  const auto scale = static_cast<float>(scale_);
+  const auto stride = static_cast<std::ptrdiff_t>(image_->bytesPerLine() / 4);
+  auto* pixels = reinterpret_cast<std::uint32_t*>(image_->bits());
+  const auto fill = [&](int left, int top, int right, int bottom, std::uint32_t colour) {
+    left = std::max(left, clip.left);
+    right = std::min(right, clip.right);
+    top = std::max(top, clip.top);
+    bottom = std::min(bottom, clip.bottom);
+    if (left >= right) return;
+    for (int y = top; y < bottom; ++y) std::fill(pixels + y * stride + left, pixels + y * stride + right, colour);
+  };
+  const auto lowest = static_cast<float>(std::min(clip.left, clip.top)) - 1e4F;
+  const auto highest = static_cast<float>(std::max(clip.right, clip.bottom)) + 1e4F;
+  for (const auto& mark : marks) {
+    const float x = mark.x * scale;
+    const float y = mark.y * scale;
+    if (!(x > lowest && x < highest && y > lowest && y < highest)) continue;  // NaN too
+    const int left = static_cast<int>(std::floor(x + 0.5F));
+    const int top = static_cast<int>(std::floor(y + 0.5F));
+    const int arm = mark.arm * thick;
+    const auto colour = 0xff000000U | static_cast<std::uint32_t>(GetRValue(mark.colour)) << 16 |
+                        static_cast<std::uint32_t>(GetGValue(mark.colour)) << 8 |
+                        static_cast<std::uint32_t>(GetBValue(mark.colour));
+    if (thick == 1 && arm == 1 && left > clip.left && left + 1 < clip.right && top > clip.top &&
+        top + 1 < clip.bottom) {
+      auto* middle = pixels + top * stride + left;
+      middle[-stride] = middle[-1] = middle[0] = middle[1] = middle[stride] = colour;
+      continue;
+    }
+    fill(left - arm, top, left + thick + arm, top + thick, colour);
+    fill(left, top - arm, left + thick, top + thick + arm, colour);
+  }
+}
+
+void CPainterDC::PutMarksByPainter(std::span<const PlotMark> marks) {
+  painter_->setRenderHint(QPainter::Antialiasing, false);
+  for (const auto& mark : marks) {
+    if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F)) continue;
+    const auto place = static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.x * 2)) + (1 << 24))
+                           << 32 |
+                       static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.y * 2)) + (1 << 24));
+    const auto look = static_cast<std::uint64_t>(mark.colour) << 8 | static_cast<std::uint64_t>(mark.arm + 1);
+    auto& last = lastMarks_[place];
+    if (last == look) continue;
+    last = look;
+    const double x = mark.x;
+    const double y = mark.y;
+    const QColor colour = ToQColor(mark.colour);
+    painter_->fillRect(QRectF(x - mark.arm, y, 1 + 2 * mark.arm, 1), colour);
+    if (mark.arm > 0) painter_->fillRect(QRectF(x, y - mark.arm, 1, 1 + 2 * mark.arm), colour);
+  }
+}
+
+void CPainterDC::SetTextAlign(TextAlign align, TextLine line) {
+  align_ = align;
+  line_ = line;
+}
+
+void CPainterDC::SetBkMode(bool transparent, COLORREF colour) {
+  transparent_ = transparent;
+  background_ = colour;
+}
+
+void CPainterDC::SelectPointFont(double points, const CString& face, bool bold) {
+  font_ = MakePlotFont(points, face, bold);
+}
+
+void CPainterDC::TextOut(double x, double y, const CString& text) {
+  DrawTextAt(x, y, ToQString(text));
+}
+
+void CPainterDC::TextOutUpwards(double x, double y, const CString& text) {
+  painter_->save();
+  painter_->translate(x, y);
+  painter_->rotate(-90);
+  DrawTextAt(0, 0, ToQString(text));
+  painter_->restore();
+}
+
+void CPainterDC::DrawTextAt(double x, double y, const QString& text) {
+  const QFontMetricsF metrics(font_);
+  const double width = metrics.horizontalAdvance(text);
+  const double left = align_ == TextAlign::kLeft ? x : align_ == TextAlign::kRight ? x - width : x - width / 2;
+  const double top = line_ == TextLine::kTop      ? y
+                     : line_ == TextLine::kBottom ? y - metrics.height()
+                                                  : y - metrics.height() / 2;
+  if (!transparent_) painter_->fillRect(QRectF(left - 2, top, width + 4, metrics.height()), ToQColor(background_));
+  const QPen pen = painter_->pen();
+  painter_->setPen(ToQColor(textColour_));
+  painter_->setFont(font_);
+  painter_->setRenderHint(QPainter::TextAntialiasing, true);
+  painter_->drawText(QPointF(left, top + metrics.ascent()), text);
+  painter_->setPen(pen);
+}
+
+CSize CPainterDC::GetTextExtent(const CString& text) {
+  const QFontMetricsF metrics(font_);
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToQString(text)))),
+          static_cast<int>(std::ceil(metrics.height()))};
+}
+
+void CPainterDC::PushClip(const DrawRect& rect) {
+  painter_->save();
+  painter_->setClipRect(ToQRect(rect), Qt::IntersectClip);
+  clips_.push_back(Intersect(clips_.back(), rect));
+}
+
+void CPainterDC::PopClip() {
+  painter_->restore();
+  clips_.pop_back();
+}
+
+// Pixels, not points: 96 to the inch on every device, so that a layout is the same on screen and on paper.
+QFont MakePlotFont(double points, const CString& face, bool bold) {
+  QFont font(ToQString(face));
+  font.setStyleHint(QFont::SansSerif);
+  font.setPixelSize(std::max(1, static_cast<int>(std::lround(points * 96 / 72))));
+  font.setBold(bold);
+  return font;
+}
+
+CSize MeasurePlotText(double points, const CString& face, const CString& text) {
+  const QFontMetricsF metrics(MakePlotFont(points, face));
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToQString(text)))),
+          static_cast<int>(std::ceil(metrics.height()))};
+}
+
+}  // namespace tallyscope

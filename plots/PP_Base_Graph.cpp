@@ -1,0 +1,343 @@
+// SPDX-License-Identifier: MIT
+// The life of a graph page: its controls, settings and view.
+#include "plots/PP_Base_Graph.h"
+
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "outside/colour/ColourTables.h"
+#include "platform/core/Messages.h"
+#include "platform/core/StringTable.h"
+#include "platform/ui/DataExchange.h"
+#include "platform/ui/Icon.h"
+#include "plots/ColourBarView.h"
+#include "plots/GraphControls.h"
+#include "plots/ToolColumn.h"
+#include "plots/UPlotX_Tallyscope.h"
+#include "spatial/Stats_Spatial.h"
+#include "statistics/Stats_Data.h"
+#include "workbench/DimIndex.h"
+#include "workbench/Dlg_Tallyscope.h"
+#include "workbench/PS_BaseTS.h"
+#include "workbench/TSSelectGridCtrl.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr const char* kSection = "UPlotXControls";
+
+using Page = CPP_Base_Graph;
+
+// The tool states in the order in which they are stored, read and set.
+struct ToolState {
+  const char* key;
+  bool Page::*state;
+  void (Page::*set)(int, bool);
+};
+constexpr ToolState kToolStates[] = {
+    {"ZOOM_H", &Page::zoomH, &Page::SetZoomH},
+    {"ZOOM_IN", &Page::zoomIn, &Page::SetZoomIn},
+    {"ZOOM_OUT", &Page::zoomOut, &Page::SetZoomOut},
+    {"ZOOM_PAN", &Page::pan, &Page::SetPan},
+    {"SELECT", &Page::select, &Page::SetSelect},
+    {"SELECT_RECT", &Page::selectRect, &Page::SetSelectRect},
+    {"SELECT_POLY", &Page::selectPoly, &Page::SetSelectPoly},
+    {"SELECT_EXCLUDE", &Page::selectExclude, &Page::SetSelectExclude},
+};
+
+QComboBox* MakeFieldBox() {
+  auto* box = new QComboBox;
+  box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  box->setMaxVisibleItems(24);
+  return box;
+}
+
+}  // namespace
+
+CPP_Base_Graph::CPP_Base_Graph(int templateId, const CString& caption) : CPP_BaseTS(templateId, caption) {
+  container_.page = this;
+}
+
+CPP_Base_Graph::~CPP_Base_Graph() {
+  container_.page = nullptr;
+  container_.SetWindow(nullptr);
+}
+
+void CPP_Base_Graph::CreateControls() {
+  canvas_ = new CPlotCanvas(container_, *this);
+  AddControl(kGraphFrame, canvas_, GetCaption() + " plot");
+  auto* row = new QHBoxLayout;
+  row->addWidget(MakeTools());
+  row->addWidget(canvas_, 1);
+
+  auto* fields = new QHBoxLayout;
+  const auto addBox = [&](int labelId, int id, const char* caption, int tip) {
+    auto* label = new QLabel(caption);
+    auto* box = MakeFieldBox();
+    label->setBuddy(box);
+    box->setToolTip(ToQString(LoadString(tip)));
+    fields->addWidget(label);
+    fields->addWidget(box);
+    AddControl(labelId, label, caption);
+    AddControl(id, box, LoadString(tip));
+    return box;
+  };
+  auto* colour = addBox(kGraphColourLabel, kGraphColour, "C&olour", kStringTipColourField);
+  auto* size = addBox(kGraphSizeLabel, kGraphSize, "Si&ze", kStringTipSizeField);
+  bar_ = new ColourBarView;
+  bar_->setAccessibleName("Legend of colours and sizes");
+  fields->addWidget(bar_, 1);
+  QObject::connect(colour, &QComboBox::activated, this, [this] { OnSelchangeFieldCol(); });
+  QObject::connect(size, &QComboBox::activated, this, [this] { OnSelchangeFieldSize(); });
+
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addLayout(row, 1);
+  layout->addLayout(fields);
+}
+
+QWidget* CPP_Base_Graph::MakeTools() {
+  auto* column = new ToolColumn;
+  const auto add = [&](int id, const char* icon, int tipId, const QKeySequence& keys, bool checkable, auto run) {
+    auto* button = new QToolButton;
+    button->setIcon(MakeIcon(icon));
+    button->setAutoRaise(true);
+    button->setCheckable(checkable);
+    button->setShortcut(keys);
+    button->setFocusPolicy(Qt::TabFocus);
+    column->AddTool(button);
+    AddControl(id, button, LoadString(tipId));
+    SetTip(id, LoadString(tipId));
+    QObject::connect(button, &QToolButton::clicked, this, [this, run] { (this->*run)(); });
+  };
+  const auto ctrl = [](int key) { return QKeySequence(Qt::CTRL | static_cast<Qt::Key>(key)); };
+  add(kGraphZoomIn, "zoom-in", kStringTipZoomIn, ctrl(Qt::Key_5), true, &Page::OnZoomIn);
+  add(kGraphZoomOut, "zoom-out", kStringTipZoomOut, ctrl(Qt::Key_6), true, &Page::OnZoomOut);
+  add(kGraphPan, "pan", kStringTipPan, ctrl(Qt::Key_7), true, &Page::OnPan);
+  add(kGraphFit, "fit", kStringTipFit, ctrl(Qt::Key_0), false, &Page::OnFit);
+  add(kGraphZoomH, "horizontal", kStringTipHorizontal, ctrl(Qt::Key_8), true, &Page::OnZoomH);
+  column->StartGroup();
+  add(kGraphSelect, "pointer", kStringTipPointer, ctrl(Qt::Key_1), true, &Page::OnSelect);
+  add(kGraphSelectRect, "rectangle", kStringTipRectangle, ctrl(Qt::Key_2), true, &Page::OnSelectRect);
+  add(kGraphSelectPoly, "polygon", kStringTipPolygon, ctrl(Qt::Key_3), true, &Page::OnSelectPoly);
+  add(kGraphExclude, "include-exclude", kStringTipExclude, ctrl(Qt::Key_4), true, &Page::OnExclude);
+  column->StartGroup();
+  add(kGraphUndoSelection, "undo", kStringTipUndo, ctrl(Qt::Key_Z), false, &Page::OnClearLastSelection);
+  add(kGraphRedoSelection, "redo", kStringTipRedo, ctrl(Qt::Key_Y), false, &Page::OnRestoreLastSelection);
+  add(kGraphSelectAll, "all", kStringTipSelectAll, ctrl(Qt::Key_A), false, &Page::OnSelectAll);
+  add(kGraphClearSelection, "none", kStringTipUnselectAll, QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_A), false,
+      &Page::OnClearSelection);
+  add(kGraphInvertSelection, "invert", kStringTipInvert, ctrl(Qt::Key_I), false, &Page::OnInvertSelection);
+  return column;
+}
+
+void CPP_Base_Graph::SetTip(int id, const CString& text) {
+  auto* button = GetControl<QToolButton>(id);
+  if (button == nullptr) return;
+  const QString keys = button->shortcut().toString(QKeySequence::NativeText);
+  button->setToolTip(ToQString(text) + (keys.isEmpty() ? QString() : " (" + keys + ")"));
+}
+
+void CPP_Base_Graph::HideColour() {
+  ShowDlgItem(kGraphColour, false);
+  ShowDlgItem(kGraphColourLabel, false);
+  bar_->setHidden(GetDlgItem(kGraphSize)->isHidden());
+}
+
+void CPP_Base_Graph::HideSize() {
+  ShowDlgItem(kGraphSize, false);
+  ShowDlgItem(kGraphSizeLabel, false);
+  bar_->setHidden(GetDlgItem(kGraphColour)->isHidden());
+}
+
+void CPP_Base_Graph::SetZoomAxes(int axes) {
+  zoomH = axes == 1;
+  container_.SetZoomAxes(axes);
+}
+
+// The session whose view was stored, and the fields that it was of.
+
+int CPP_Base_Graph::GetViewDim1() const {
+  return GetDlg()->GetMode() == CTallyscope::eSpatial ? kNoDim : GetDlg()->GetKeyDim();
+}
+
+int CPP_Base_Graph::GetViewDim2() const {
+  switch (GetDlg()->GetMode()) {
+    case CTallyscope::eUnivariate:
+    case CTallyscope::eVariogram:
+    case CTallyscope::eSpatial:
+      return kNoDim;
+    default:
+      return GetDlg()->GetAncDim();
+  }
+}
+
+void CPP_Base_Graph::ApplyViewRule() {
+  const auto& profile = GetApp();
+  const CString prefix = GetRegistryID();
+  sessionChanged = profile.GetProfileInt(kSection, prefix + "SESSIONID", -1) != GetDlg()->GetLevelID();
+  dim1Changed = profile.GetProfileInt(kSection, prefix + "DIM1", kNoDim) != GetViewDim1();
+  dim2Changed = profile.GetProfileInt(kSection, prefix + "DIM2", kNoDim) != GetViewDim2();
+  switch (GetDlg()->GetMode()) {
+    case CTallyscope::eUnivariate:
+    case CTallyscope::eVariogram:
+      resetView = sessionChanged || dim1Changed;
+      break;
+    case CTallyscope::eSpatial:
+      resetView = sessionChanged;
+      break;
+    default:
+      resetView = sessionChanged || dim1Changed || dim2Changed;
+  }
+}
+
+void CPP_Base_Graph::ConnectPlot() {
+  auto* plot = GetPlot();
+  plot->calculator = GetDlg()->GetCalculator();
+  plot->spatial = GetDlg()->GetSpatialCalculator();
+  plot->data = GetDlg()->GetData();
+  plot->colourTable = IsPerceptual() ? MakePerceptual() : MakeBlueToRed();
+}
+
+void CPP_Base_Graph::Initialise() {
+  QStringList names{"<NONE>"};
+  auto* data = GetDlg()->GetData();
+  const int columns = data != nullptr ? data->GetSpatialSize() + data->GetValueSize() : 0;
+  for (int i = 0; i < columns; ++i) names << ToQString(data->GetValueName(DimFromIndex(i, data->GetSpatialSize())));
+  for (const int id : {kGraphColour, kGraphSize}) {
+    auto* box = GetControl<QComboBox>(id);
+    box->clear();
+    box->addItems(names);
+  }
+  ConnectPlot();
+  ApplyViewRule();
+  CPP_BaseTS::Initialise();
+}
+
+void CPP_Base_Graph::FinishInitialise() {
+  UpdateData(false);
+  if (sheet != nullptr && sheet->IsInitialised()) PrePSFinalise();
+}
+
+void CPP_Base_Graph::PrePSFinalise() {
+  if (!IsCreated()) return;
+  container_.SetWindow(canvas_);
+  if (container_.GetPlotCount() == 0) container_.AddPlot(GetPlot(), true);
+  ConnectPlot();
+  if (!resetView) RestoreView();
+  container_.InitialiseExtents();
+  if (resetView) {
+    container_.ZoomFit();
+  } else {
+    container_.SetWindowExtent();
+  }
+  UpdateData(false);
+  ShowLegend();
+}
+
+void CPP_Base_Graph::RestoreView() {
+  const auto& profile = GetApp();
+  const CString prefix = GetRegistryID();
+  container_.ReadFromRegistry(prefix);
+  for (const auto& tool : kToolStates) {
+    (this->*tool.set)(profile.GetProfileInt(kSection, prefix + tool.key, this->*tool.state ? 1 : 0), false);
+  }
+  colourField = profile.GetProfileInt(kSection, prefix + "COLOUR_FIELD", colourField);
+  sizeField = profile.GetProfileInt(kSection, prefix + "SIZE_FIELD", sizeField);
+  GetPlot()->SetColourDim(colourField);
+  GetPlot()->SetSizeDim(sizeField);
+}
+
+// A page that was never shown has nothing of its own to store.
+void CPP_Base_Graph::Write2Registry() {
+  if (!IsInitialised()) return;
+  auto& profile = GetApp();
+  const CString prefix = GetRegistryID();
+  for (const auto& tool : kToolStates) {
+    profile.WriteProfileInt(kSection, prefix + tool.key, this->*tool.state ? 1 : 0);
+  }
+  profile.WriteProfileInt(kSection, prefix + "COLOUR_FIELD", colourField);
+  profile.WriteProfileInt(kSection, prefix + "SIZE_FIELD", sizeField);
+  profile.WriteProfileInt(kSection, prefix + "SESSIONID", GetDlg()->GetLevelID());
+  profile.WriteProfileInt(kSection, prefix + "DIM1", GetViewDim1());
+  profile.WriteProfileInt(kSection, prefix + "DIM2", GetViewDim2());
+  container_.Write2Registry(prefix);
+}
+
+bool CPP_Base_Graph::IsPerceptual() const {
+  return GetApp().GetProfileBool(kSection, "COLOUR_TABLE", false);
+}
+
+void CPP_Base_Graph::SetPerceptual(bool on) {
+  GetApp().WriteProfileBool(kSection, "COLOUR_TABLE", on);
+  GetPlot()->colourTable = on ? MakePerceptual() : MakeBlueToRed();
+  container_.Invalidate();
+  ShowLegend();
+}
+
+void CPP_Base_Graph::DoDataExchange(unsigned, CDataExchange* exchange) {
+  DDX_Check(exchange, kGraphZoomH, zoomH);
+  DDX_Check(exchange, kGraphZoomIn, zoomIn);
+  DDX_Check(exchange, kGraphZoomOut, zoomOut);
+  DDX_Check(exchange, kGraphPan, pan);
+  DDX_Check(exchange, kGraphSelect, select);
+  DDX_Check(exchange, kGraphSelectRect, selectRect);
+  DDX_Check(exchange, kGraphSelectPoly, selectPoly);
+  DDX_Check(exchange, kGraphExclude, selectExclude);
+  DDX_CBIndex(exchange, kGraphColour, colourField);
+  DDX_CBIndex(exchange, kGraphSize, sizeField);
+}
+
+void CPP_Base_Graph::EnableControls() {
+  const auto* spatial = GetDlg()->GetSpatialCalculator();
+  if (spatial != nullptr) {
+    const int total = spatial->regions.GetCount();
+    int active = 0;
+    for (int i = 0; i < total; ++i) active += spatial->regions.Get(i).IsActive() ? 1 : 0;
+    EnableDlgItem(kGraphRedoSelection, active < total);
+    EnableDlgItem(kGraphUndoSelection, active > 0);
+    EnableDlgItem(kGraphClearSelection, active > 0);
+  }
+  GetDlg()->EnableControls();
+}
+
+// The selection may have changed while another page was shown.
+bool CPP_Base_Graph::OnSetActive() {
+  GetDlg()->SetAllowSSSelection(true);
+  GetDlg()->UpdateSortFlag();
+  container_.Invalidate();
+  return CPP_BaseTS::OnSetActive();
+}
+
+std::intptr_t CPP_Base_Graph::OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) {
+  if (message == kMessageSelectionChanged) {
+    container_.Invalidate();
+    return 0;
+  }
+  return CPP_BaseTS::OnMessage(message, wParam, lParam);
+}
+
+void CPP_Base_Graph::OnSelectionChanged() {
+  if (GetDlg() == nullptr) return;
+  GetDlg()->update();
+  GetDlg()->GetGrid()->Invalidate();
+  EnableControls();
+}
+
+void CPP_Base_Graph::ShowLegend() {
+  bar_->SetLegend(MakeModulationLegend(*GetPlot()), GetNullNote());
+}
+
+CUPlotX* CPP_Base_Graph::GetActivePlot() {
+  return container_.GetActivePlot();
+}
+
+int CPP_Base_Graph::GetSSCol() {
+  return GetDlg()->GetData()->GetSpatialSize() + GetDlg()->GetKeyDim() + 1;
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "outside/plot/PlotCanvas.h"
+#include "plots/UPlotX_Container_Tallyscope.h"
+#include "workbench/PP_BaseTS.h"
+
+class QKeyEvent;
+class QToolButton;
+
+namespace tallyscope {
+
+class ColourBarView;
+class CUPlotX_Tallyscope;
+
+// Base of every page that holds a plot: the canvas, its column of tools, the modulation fields, the rule for coming
+// back to the view that was left. A concrete page holds its plot by value and, in Initialise after this class's, hides
+// what it has no use for, sets the zoom axes, titles and extents of the plot, and ends with FinishInitialise.
+class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput {
+ public:
+  CPP_Base_Graph(int templateId, const CString& caption);
+  ~CPP_Base_Graph() override;
+
+  // Tool states; one of all but the first and the last is on at a time.
+  bool zoomH = true;  // zoom and pan along x only
+  bool zoomIn = false;
+  bool zoomOut = false;
+  bool pan = false;
+  bool select = true;  // the pointer
+  bool selectRect = false;
+  bool selectPoly = false;
+  bool selectExclude = false;  // rectangle and polygon take stations out
+
+  int colourField = 0;  // indices of the combo boxes; 0 is none
+  int sizeField = 0;
+
+  // Why the view that was left isn't restored.
+  bool resetView = true;
+  bool sessionChanged = true;
+  bool dim1Changed = true;
+  bool dim2Changed = true;
+
+  CUPlotX_Container_Tallyscope& GetContainer() { return container_; }
+
+  virtual CUPlotX* GetActivePlot();
+  virtual CUPlotX_Tallyscope* GetPlot() = 0;
+  virtual int GetSSCol();  // the spreadsheet's column of the key field
+  virtual void SetZoomH(int on, bool force);
+  virtual void SetZoomIn(int on, bool force);
+  virtual void SetZoomOut(int on, bool force);
+  virtual void SetPan(int on, bool force);
+  virtual void SetZoomFit(bool force);
+  virtual void SetSelect(int on, bool force);
+  virtual void SetSelectRect(int on, bool force);
+  virtual void SetSelectPoly(int on, bool force);
+  virtual void SetSelectExclude(int on, bool force);
+  virtual CString GetRegistryID() = 0;  // prefix of the page's settings
+
+  void Initialise() override;
+  void PrePSFinalise() override;
+  void Write2Registry() override;
+  void EnableControls() override;
+  bool OnSetActive() override;
+  using CPP_BaseTS::DoDataExchange;
+  void DoDataExchange(unsigned control, CDataExchange* exchange) override;
+
+  // The colour table of modulation: blue to red, or one that is even in lightness. Kept for all pages.
+  bool IsPerceptual() const;
+  void SetPerceptual(bool on);
+
+  // Called by the plot when the selection has changed: the window repaints, the controls follow.
+  void OnSelectionChanged();
+
+  // The canvas's input.
+  void OnLButtonDown(CPoint point) override;
+  void OnMouseMove(CPoint point, bool pressed) override;
+  void OnLButtonUp(CPoint point) override;
+  void OnLButtonDblClk(CPoint point) override;
+  void OnRButtonDown(CPoint point) override;
+  void OnWheel(CPoint point, double steps) override;
+  void OnLeave() override;
+  bool OnKey(QKeyEvent* event) override;
+
+ protected:
+  void CreateControls() override;
+  std::intptr_t OnMessage(unsigned message, std::uintptr_t wParam, std::intptr_t lParam) override;
+
+  void HideColour();  // no colour modulation on this page
+  void HideSize();
+  void SetZoomAxes(int axes);  // 1 x only, 2 y only, 3 both
+  // What a page's Initialise ends with: members to controls, and PrePSFinalise if the sheet is ready.
+  void FinishInitialise();
+  // A tool tip of a control in place of the usual one.
+  void SetTip(int id, const CString& text);
+
+  // What becomes of stations without a colour or size value: a sentence.
+  virtual CString GetNullNote() const { return {}; }
+
+  CPlotCanvas* canvas_ = nullptr;
+
+ private:
+  QWidget* MakeTools();
+  void ConnectPlot();
+  void ApplyViewRule();
+  void RestoreView();
+  int GetViewDim1() const;
+  int GetViewDim2() const;
+  void UseTool(void (CPP_Base_Graph::*set)(int, bool), bool CPP_Base_Graph::*state);
+  void SetViewTool(bool CPP_Base_Graph::*tool, int mode, bool on, bool force);
+  void UseNoOtherTool(bool CPP_Base_Graph::*tool);
+
+  void OnZoomH() { UseTool(&CPP_Base_Graph::SetZoomH, &CPP_Base_Graph::zoomH); }
+  void OnZoomIn() { UseTool(&CPP_Base_Graph::SetZoomIn, &CPP_Base_Graph::zoomIn); }
+  void OnZoomOut() { UseTool(&CPP_Base_Graph::SetZoomOut, &CPP_Base_Graph::zoomOut); }
+  void OnPan() { UseTool(&CPP_Base_Graph::SetPan, &CPP_Base_Graph::pan); }
+  void OnFit() { SetZoomFit(true); }
+  void OnSelect() { UseTool(&CPP_Base_Graph::SetSelect, &CPP_Base_Graph::select); }
+  void OnSelectRect() { UseTool(&CPP_Base_Graph::SetSelectRect, &CPP_Base_Graph::selectRect); }
+  void OnSelectPoly() { UseTool(&CPP_Base_Graph::SetSelectPoly, &CPP_Base_Graph::selectPoly); }
+  void OnExclude();
+  void OnClearSelection();
+  void OnClearLastSelection();
+  void OnInvertSelection();
+  void OnRestoreLastSelection();
+  void OnSelectAll();
+  void OnSelchangeFieldCol();
+  void OnSelchangeFieldSize();
+
+  void LinkSpreadsheet();
+  void ShowGlance(CPoint point);
+  void ClearGlance();
+  void StepHover(int by);
+  void GoToHover(int index);
+  void SelectHover();
+  void RunAxisDialog(std::size_t axis);
+  void ShowLegend();
+
+  CUPlotX_Container_Tallyscope container_;
+  ColourBarView* bar_ = nullptr;
+};
+
+}  // namespace tallyscope

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "plots/PP_Bivariate_Scatter.h"
+
+#include "plots/GraphControls.h"
+#include "workbench/Dlg_Tallyscope.h"
+
+namespace tallyscope {
+
+CPP_Bivariate_Scatter::CPP_Bivariate_Scatter() : CPP_Base_Graph(kPageBivariateScatter, "Graph") {}
+
+CPP_Bivariate_Scatter::~CPP_Bivariate_Scatter() = default;
+
+void CPP_Bivariate_Scatter::Initialise() {
+  CPP_Base_Graph::Initialise();
+  SetZoomAxes(3);
+  plot_.calculator = GetDlg()->GetCalculator();
+  plot_.data = GetDlg()->GetData();
+  plot_.TakeExtents();
+  FinishInitialise();
+}
+
+bool CPP_Bivariate_Scatter::OnSetActive() {
+  GetDlg()->ConnectSpreadsheet(GetDlg()->GetData(), true);
+  return CPP_Base_Graph::OnSetActive();
+}
+
+}  // namespace tallyscope

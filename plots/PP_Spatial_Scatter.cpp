@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#include "plots/PP_Spatial_Scatter.h"
+
+#include "plots/GraphControls.h"
+#include "workbench/Dlg_Tallyscope.h"
+
+namespace tallyscope {
+
+CPP_Spatial_Scatter::CPP_Spatial_Scatter() : CPP_Base_Graph(kPageSpatialScatter, "Graph") {}
+
+CPP_Spatial_Scatter::~CPP_Spatial_Scatter() = default;
+
+void CPP_Spatial_Scatter::Initialise() {
+  CPP_Base_Graph::Initialise();
+  SetZoomAxes(3);
+  plot_.data = GetDlg()->GetData();
+  plot_.TakeExtents();
+  FinishInitialise();
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <vector>
+
+#include "plots/TraceReducer.h"
+
+namespace tallyscope {
+
+class CStats_Data;
+
+// The mean of a second field over runs of those stations that a trace shows: what a column of many stations is coloured
+// by. Sums of whole chunks are kept, as a TraceReducer keeps its bounds.
+class TraceColourMeans {
+ public:
+  void Connect(CStats_Data* data, int dim, int colourDim);
+
+  // Over the stations from `begin` to before `end`; NaN where none has both values.
+  double GetMean(int begin, int end);
+  // Colour values of `count` stations from `first`, NaN for nulls.
+  void Read(int first, int count, double* values) { colours_.Read(first, count, values); }
+
+ private:
+  struct Sum {
+    double total = 0;
+    double count = -1;  // not read yet
+  };
+
+  Sum Add(int first, int count);
+
+  TraceReducer trace_;
+  TraceReducer colours_;
+  CStats_Data* data_ = nullptr;
+  int dim_ = 0;
+  int colourDim_ = 0;
+  std::vector<Sum> sums_;
+};
+
+}  // namespace tallyscope

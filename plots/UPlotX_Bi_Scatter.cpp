@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "plots/UPlotX_Bi_Scatter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "platform/core/StringTable.h"
+#include "plots/LegendEntry.h"
+#include "statistics/Stats_Bivariate.h"
+#include "statistics/Stats_Data.h"
+#include "statistics/Stats_Univariate.h"
+
+namespace tallyscope {
+
+namespace {
+
+constexpr int kBasicFlag = 1;
+constexpr int kCurveFlags = 2 | 8;  // regression, conditional expectation
+constexpr int kBinnedFlag = 8;
+constexpr COLORREF kBlue = 0xff0000;
+constexpr COLORREF kGreen = 0x00ff00;
+constexpr COLORREF kMagenta = 0xff00ff;
+constexpr double kCurveWidth = 2;
+constexpr int kRegressionSteps = 100;
+constexpr double kMarkerRoom = 8;  // markers this far off the frame aren't drawn
+constexpr double kLegendMiddle = 16;
+
+// What a curve's points are marked with, so that curves differ in more than their colours.
+enum class Marker { kNone, kSquare, kDiamond };
+
+struct CurveLook {
+  COLORREF colour;
+  Marker marker;
+  int name;
+};
+constexpr CurveLook kRegression{kBlue, Marker::kNone, kStringLinearRegression};
+constexpr CurveLook kExpectation{kGreen, Marker::kSquare, kStringConditionalExpectation};
+constexpr CurveLook kQuantiles{kMagenta, Marker::kDiamond, kStringQuantileCurve};
+
+void DrawMarker(CDC& dc, Marker marker, double x, double y, COLORREF colour) {
+  if (marker == Marker::kSquare) dc.FillSolidRect({x - 2.5, y - 2.5, x + 2.5, y + 2.5}, colour);
+  if (marker != Marker::kDiamond) return;
+  constexpr double kArm = 4;
+  const DrawPoint corners[] = {{x - kArm, y}, {x, y - kArm}, {x + kArm, y}, {x, y + kArm}};
+  dc.SelectPen({PenStyle::kNone});
+  dc.SelectSolidBrush(colour);
+  dc.Polygon(corners);
+}
+
+// Parts of the curve between places that aren't numbers.
+void DrawCurve(CDC& dc, std::span<const DrawPoint> points) {
+  const auto isPlace = [](const DrawPoint& point) { return std::isfinite(point.x) && std::isfinite(point.y); };
+  for (auto from = points.begin(); from != points.end();) {
+    const auto to = std::find_if_not(from, points.end(), isPlace);
+    if (to - from > 1) dc.Polyline({from, to});
+    from = std::find_if(to, points.end(), isPlace);
+  }
+}
+
+// The binned histogram's quantiles of an item, by the statistics that the calculator shares if it has any.
+std::vector<double> ReadQuantiles(CStats_Bivariate& pair, int item, CStats_Univariate* shared) {
+  CStats_Univariate own;
+  if (shared == nullptr) {
+    own.Add(pair.GetItemData(item), pair.GetItemDim(item));
+    shared = &own;
+  }
+  shared->Calculate(kBinnedFlag, nullptr);
+  std::vector<double> quantiles;
+  for (int percent = 5; percent <= 95; percent += 5) {
+    quantiles.push_back(shared->binnedHistogram.GetPercentile(percent / 100.0));
+  }
+  return quantiles;
+}
+
+}  // namespace
+
+CUPlotX_Bi_Scatter::CUPlotX_Bi_Scatter() {
+  padding = 0.02;
+  titleX = LoadString(kStringU);
+  titleY = LoadString(kStringV);
+  hasLegend = true;
+}
+
+CStats_Bivariate* CUPlotX_Bi_Scatter::GetPair() const {
+  auto* pair = dynamic_cast<CStats_Bivariate*>(calculator);
+  return pair != nullptr && pair->IsItem(0) && pair->IsItem(1) ? pair : nullptr;
+}
+
+bool CUPlotX_Bi_Scatter::GetFields(Fields& fields) const {
+  auto* pair = GetPair();
+  if (pair == nullptr) return false;
+  fields = {pair->GetItemDim(0), pair->GetItemDim(1)};
+  return HasColumns(fields);
+}
+
+int CUPlotX_Bi_Scatter::GetStationCount() const {
+  auto* pair = GetPair();
+  return pair != nullptr ? std::min(pair->GetItemData(0)->GetSize(), pair->GetItemData(1)->GetSize()) : 0;
+}
+
+void CUPlotX_Bi_Scatter::TakeExtents() {
+  auto* pair = GetPair();
+  if (pair == nullptr) return;
+  pair->Calculate(kBasicFlag, nullptr);
+  titleX = pair->GetItemData(0)->GetValueName(pair->GetItemDim(0));
+  titleY = pair->GetItemData(1)->GetValueName(pair->GetItemDim(1));
+  extents = {{pair->xMinimum, pair->yMinimum, 0}, {pair->xMaximum, pair->yMaximum, 1}, 1};
+}
+
+CString CUPlotX_Bi_Scatter::GetEmptyReason() {
+  Fields fields;
+  return GetFields(fields) ? GetEmptyReasonOf(fields) : CString();
+}
+
+void CUPlotX_Bi_Scatter::RenderLayer(CDC& dc) {
+  if (!IsReady()) return;
+  RenderStations(dc);
+  RenderCurves(dc);
+  RenderLegend(dc);
+}
+
+// Curves.
+
+// Evenly spaced along the axis as it is drawn, so that the line is smooth on a logarithmic one as well.
+std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeRegression(const CStats_Bivariate& pair) const {
+  const Box& window = GetWindowExtent();
+  const std::size_t along = pair.vertical ? 1 : 0;
+  const double span = window.max[along] - window.min[along];
+  std::vector<DrawPoint> points;
+  for (int i = 0; i <= kRegressionSteps; ++i) {
+    const double at = maps[along].ToWorld(window.min[along] + i * span / kRegressionSteps);
+    const XVector place = pair.vertical ? World2Device(pair.displayLine[1], at)
+                                        : World2Device(at, pair.displayLine[0] * at + pair.displayLine[1]);
+    points.push_back({place[0], place[1]});
+  }
+  return points;
+}
+
+std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeExpectation(const CStats_Bivariate& pair) const {
+  std::vector<DrawPoint> points;
+  for (std::size_t i = 0; i < pair.expectationX.size(); ++i) {
+    const XVector place = World2Device(pair.expectationX[i], pair.expectationYGivenX[i]);
+    points.push_back({place[0], place[1]});
+  }
+  return points;
+}
+
+std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeQuantiles(CStats_Bivariate& pair) const {
+  const auto xs = ReadQuantiles(pair, 0, pair.xLink);
+  const auto ys = ReadQuantiles(pair, 1, pair.yLink);
+  std::vector<DrawPoint> points;
+  for (std::size_t i = 0; i < xs.size(); ++i) {
+    const XVector place = World2Device(xs[i], ys[i]);
+    points.push_back({place[0], place[1]});
+  }
+  return points;
+}
+
+void CUPlotX_Bi_Scatter::RenderCurves(CDC& dc) {
+  auto* pair = GetPair();
+  if (pair == nullptr) return;
+  pair->Calculate(kCurveFlags, nullptr);
+  if (pair->valid == 0) return;
+  DrawClip clip(dc, Clip2Data());
+  const DrawRect near = ToDrawRect(GetFrame().Grown(static_cast<int>(kMarkerRoom)));
+  const auto draw = [&](const CurveLook& look, const std::vector<DrawPoint>& points) {
+    const COLORREF colour = ForPaper(look.colour);
+    dc.SelectPen({PenStyle::kSolid, kCurveWidth, colour});
+    DrawCurve(dc, points);
+    for (const auto& [x, y] : points) {
+      if (x > near.left && x < near.right && y > near.top && y < near.bottom) DrawMarker(dc, look.marker, x, y, colour);
+    }
+  };
+  draw(kRegression, MakeRegression(*pair));
+  draw(kExpectation, MakeExpectation(*pair));
+  draw(kQuantiles, MakeQuantiles(*pair));
+}
+
+void CUPlotX_Bi_Scatter::RenderLegend(CDC& dc) {
+  DrawClip clip(dc, Clip2Client());
+  const CRect& strip = GetLegend();
+  double left = strip.left;
+  for (const CurveLook& look : {kRegression, kExpectation, kQuantiles}) {
+    const COLORREF colour = ForPaper(look.colour);
+    DrawLegendEntry(dc, strip, left, {PenStyle::kSolid, kCurveWidth, colour}, LoadString(look.name), GetTextColour());
+    DrawMarker(dc, look.marker, left + kLegendMiddle, (strip.top + strip.bottom) / 2.0, colour);
+    left += strip.Width() / 3.0;
+  }
+}
+
+}  // namespace tallyscope

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "files/NumberText.h"
+#include "outside/plot/AxisTicks.h"
+
+namespace tallyscope {
+namespace {
+
+constexpr double kPixelsPerCharacter = 6;
+
+bool Fits(const CString& label, double apart) {
+  return static_cast<double>(label.size()) * kPixelsPerCharacter + 8 < apart;
+}
+
+std::string Majors(const AxisTicks& made) {
+  std::string text;
+  for (const auto& tick : made.ticks) {
+    if (tick.IsMajor()) text += (text.empty() ? "" : " ") + tick.label;
+  }
+  return text;
+}
+
+TEST(AxisTicks, AreRoundAndSayWhatTheyMean) {
+  struct Row {
+    double low, high, pixels;
+    const char* labels;
+    int exponent;
+  };
+  for (const auto& row :
+       {Row{0, 100, 600, "0 20 40 60 80 100", 0},  //
+        Row{113, 1839, 600, "250 500 750 1000 1250 1500 1750", 0},
+        Row{-0.03, 0.03, 600, "-0.03 -0.02 -0.01 0 0.01 0.02 0.03", 0},
+        Row{178605, 181390, 600, "179000 179500 180000 180500 181000", 0},  //
+        Row{178000, 182600, 600, "178 179 180 181 182", 3}, Row{0, 1e-7, 600, "0 20 40 60 80 100", -9},
+        Row{1000000, 1000001, 900, "1000000.0 1000000.2 1000000.4 1000000.6 1000000.8 1000001.0", 0},
+        Row{0, 100, 80, "0 50 100", 0}}) {
+    const auto made = MakeAxisTicks(row.low, row.high, AxisMap(), row.pixels, Fits);
+    EXPECT_EQ(Majors(made), row.labels) << row.low << " to " << row.high;
+    EXPECT_EQ(made.exponent, row.exponent) << row.low << " to " << row.high;
+  }
+}
+
+TEST(AxisTicks, LieInTheRangeAtRoundSteps) {
+  for (double low = -1e7; low < 1e7; low += 1.31e6) {
+    for (double span = 1e-3; span < 1e9; span *= 3.7) {
+      const auto made = MakeAxisTicks(low, low + span, AxisMap(), 640, Fits);
+      const auto majors =
+          std::count_if(made.ticks.begin(), made.ticks.end(), [](auto& tick) { return tick.IsMajor(); });
+      EXPECT_LE(majors, 9) << low << " + " << span;
+      for (const auto& tick : made.ticks) {
+        EXPECT_GE(tick.world, low - span * 1e-6);
+        EXPECT_LE(tick.world, low + span * (1 + 1e-6));
+        if (!tick.IsMajor()) continue;
+        const double shown = ParseLeadingNumber(tick.label) * std::pow(10.0, made.exponent);
+        EXPECT_NEAR(shown, tick.world, std::max(span * 1e-6, std::abs(tick.world) * 1e-15)) << tick.label;
+      }
+    }
+  }
+}
+
+TEST(AxisTicks, OfALogarithmicAxisArePowersOfTen) {
+  const AxisMap map{AxisMap::kLogarithmic, 1};
+  EXPECT_EQ(Majors(MakeAxisTicks(0, 2000, map, 600, Fits)), "0 1 10 100 1000");
+  const auto both = MakeAxisTicks(-150, 1500, map, 600, Fits);
+  EXPECT_EQ(Majors(both), "0 1 -1 10 -10 100 -100 1000");
+  EXPECT_EQ(Majors(MakeAxisTicks(0, 1e9, map, 300, Fits)), "0 1 100 10000 1e6 1e8") << "those that there is room for";
+  EXPECT_EQ(Majors(MakeAxisTicks(200, 300, map, 600, Fits)), "200 220 240 260 280 300") << "less than a decade";
+}
+
+TEST(AxisTicks, OfNoRangeAreNone) {
+  for (const auto& [low, high] : {std::pair{1.0, 1.0}, {2.0, 1.0}, {0.0, INFINITY}, {NAN, 1.0}}) {
+    EXPECT_TRUE(MakeAxisTicks(low, high, AxisMap(), 600, Fits).ticks.empty());
+  }
+}
+
+TEST(AxisTicks, UseTheUsersCharacters) {
+  SetNumberCharacters({",", "."});
+  EXPECT_EQ(Majors(MakeAxisTicks(0, 1, AxisMap(), 600, Fits)), "0 0,2 0,4 0,6 0,8 1,0");
+  SetNumberCharacters({".", ","});
+}
+
+TEST(AxisMap, IsContinuousAndComesBack) {
+  const AxisMap map{AxisMap::kLogarithmic, 0.5};
+  EXPECT_EQ(map.ToData(0), 0);
+  EXPECT_EQ(map.ToData(0.25), 0.5) << "even within the band";
+  EXPECT_EQ(map.ToData(0.5), 1);
+  EXPECT_NEAR(map.ToData(0.5 * (1 + 1e-9)), 1, 1e-8);
+  EXPECT_NEAR(map.ToData(5), 2, 1e-15);
+  EXPECT_NEAR(map.ToData(-50), -3, 1e-15);
+  for (const double value : {-1e12, -3.0, -0.5, -0.1, 0.0, 1e-9, 0.49, 0.51, 7.0, 1e15}) {
+    EXPECT_NEAR(map.ToWorld(map.ToData(value)), value, std::abs(value) * 1e-12);
+    EXPECT_EQ(AxisMap().ToWorld(AxisMap().ToData(value)), value);
+  }
+}
+
+}  // namespace
+}  // namespace tallyscope

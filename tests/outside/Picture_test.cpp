@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include "outside/plot/PlotPicture.h"
+#include "platform/ui/PainterDC.h"
+#include "tests/outside/PlotTesting.h"
+#include "tests/support/Scratch.h"
+
+namespace tallyscope {
+namespace {
+
+TEST(Picture, IsWrittenByItsEnding) {
+  const CScratch scratch;
+  PlotStage stage;
+  CString error;
+  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.png"), error)) << error;
+  EXPECT_EQ(QImage(QString::fromStdString(scratch.Path("a.png"))).size(), QSize(320, 200));
+  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.svg"), error)) << error;
+  const auto svg = ReadAll(scratch.Path("a.svg"));
+  EXPECT_NE(svg.find("<svg"), std::string::npos);
+  EXPECT_NE(svg.find("<poly"), std::string::npos) << "lines, not pixels";
+  EXPECT_EQ(svg.find("<image"), std::string::npos);
+  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.PDF"), error)) << error;
+  EXPECT_EQ(ReadAll(scratch.Path("a.PDF")).substr(0, 5), "%PDF-");
+  EXPECT_EQ(stage.container.GetClientRect(), (CRect{0, 0, 400, 300})) << "the container is as it was";
+}
+
+TEST(Picture, SaysWhatIsWrong) {
+  const CScratch scratch;
+  PlotStage stage;
+  CString error;
+  EXPECT_FALSE(SavePicture(stage.container, {320, 200}, scratch.Path("a.jpg"), error));
+  EXPECT_NE(error.find("a.jpg"), CString::npos);
+  scratch.Write("old.png", "old");
+  EXPECT_FALSE(SavePicture(stage.container, {320, 200}, scratch.Path("none/a.png"), error));
+  EXPECT_NE(error.find("none/a.png"), CString::npos) << error;
+}
+
+int CountColour(const QImage& image, QRgb colour) {
+  int count = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) count += image.pixel(x, y) == colour ? 1 : 0;
+  }
+  return count;
+}
+
+// A plus of arm 1 has five squares, one of arm 4 seventeen; on finer screens each square has more pixels, and none is
+// mixed with its ground.
+TEST(PainterDC, MarksLieOnWholePixelsAtEveryScale) {
+  for (const double scale : {1.0, 1.5, 2.0}) {
+    QImage image(static_cast<int>(40 * scale), static_cast<int>(40 * scale), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::white);
+    {
+      CPainterDC dc(image);
+      const PlotMark marks[] = {{10, 10, 0xff, 1}, {25.4F, 25.4F, 0xff0000, 4}, {NAN, 3, 0, 1}, {1e30F, 3, 0, 1}};
+      dc.PutMarks(marks);
+    }
+    const int square = static_cast<int>(std::lround(scale)) * static_cast<int>(std::lround(scale));
+    EXPECT_EQ(CountColour(image, qRgb(255, 0, 0)), 5 * square) << scale;
+    EXPECT_EQ(CountColour(image, qRgb(0, 0, 255)), 17 * square) << scale;
+    EXPECT_EQ(CountColour(image, qRgb(255, 255, 255)), image.width() * image.height() - 22 * square) << scale;
+  }
+}
+
+TEST(PainterDC, AClipCutsMarksAndFills) {
+  QImage image(40, 40, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  {
+    CPainterDC dc(image);
+    const DrawClip outer(dc, {0, 0, 20, 20});
+    const DrawClip inner(dc, {10, 10, 40, 40});
+    std::vector<PlotMark> marks;
+    for (float at = 0; at < 40; ++at) marks.push_back({at, at, 0xff, 2});
+    dc.PutMarks(marks);
+    dc.FillSolidRect({0, 15, 40, 16}, 0xff0000);
+  }
+  for (int y = 0; y < 40; ++y) {
+    for (int x = 0; x < 40; ++x) {
+      if (x >= 10 && y >= 10 && x < 20 && y < 20) continue;
+      EXPECT_EQ(image.pixel(x, y), qRgb(255, 255, 255)) << x << " " << y;
+    }
+  }
+  EXPECT_EQ(image.pixel(12, 12), qRgb(255, 0, 0));
+  EXPECT_EQ(image.pixel(12, 15), qRgb(0, 0, 255));
+}
+
+TEST(PainterDC, RectanglesThatTouchLeaveNoGap) {
+  QImage image(150, 15, QImage::Format_RGB32);
+  image.setDevicePixelRatio(1.5);
+  image.fill(Qt::white);
+  {
+    CPainterDC dc(image);
+    for (int i = 0; i < 37; ++i) dc.FillSolidRect({i * 100 / 37.0, 0, (i + 1) * 100 / 37.0, 10}, 0xff);
+  }
+  EXPECT_EQ(CountColour(image, qRgb(255, 0, 0)), 150 * 15);
+}
+
+}  // namespace
+}  // namespace tallyscope
