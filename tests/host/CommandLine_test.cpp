@@ -15,7 +15,6 @@
 #include "host/Command.h"
 #include "host/CommandLine.h"
 #include "host/OpenTable.h"
-#include "host/RenderRequest.h"
 #include "host/TerminalProgress.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/host/HostTesting.h"
@@ -29,17 +28,6 @@ OpenRequest lastRequest;
 
 int RunWindow(const OpenRequest& request) {
   lastRequest = request;
-  return 0;
-}
-
-namespace {
-
-RenderRequest lastRender;
-
-}  // namespace
-
-int RunRender(CHostTable&, const RenderRequest& request, std::ostream&) {
-  lastRender = request;
   return 0;
 }
 
