@@ -26,8 +26,10 @@ namespace tallyscope {
 namespace {
 
 std::vector<int> GetColumnWidths(const CGridCtrl& grid) {
-  std::vector<int> widths;
-  for (int column = 0; column < grid.GetColumnCount(); ++column) widths.push_back(grid.GetColumnWidth(column));
+  std::vector<int> widths(static_cast<std::size_t>(grid.GetColumnCount()));
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    widths[column] = grid.GetColumnWidth(static_cast<int>(column));
+  }
   return widths;
 }
 

@@ -15,7 +15,7 @@ class CPP_Spatial_Stats : public CPP_Stats {
   int total = 0;
   int valid = 0;
   int invalid = 0;
-  std::array<Range, 3> axes;
+  std::array<Range, 3> axes{};
 
   void Initialise() override;
   void UploadData() override;

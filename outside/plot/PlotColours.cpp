@@ -11,6 +11,7 @@ namespace tallyscope {
 namespace {
 
 constexpr double kSeen = 3;  // least contrast of a mark
+constexpr int kSteps = 20;   // to white
 
 }  // namespace
 
@@ -22,8 +23,8 @@ COLORREF PlotColours::ForPaper(COLORREF colour) const {
   if (!IsDark()) return colour;
   if (colour == 0) return text;
   const QColor ground = ToQColor(paper);
-  for (double part = 0; part < 1; part += 0.05) {
-    const QColor lighter = Mixed(ToQColor(colour), Qt::white, part);
+  for (int step = 0; step < kSteps; ++step) {
+    const QColor lighter = Mixed(ToQColor(colour), Qt::white, double(step) / kSteps);
     if (Contrast(ground, lighter) >= kSeen) return FromQColor(lighter);
   }
   return text;

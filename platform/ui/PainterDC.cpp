@@ -56,7 +56,7 @@ CPainterDC::CPainterDC(QImage& image)
 
 CPainterDC::CPainterDC(QPainter& painter, CSize client) : painter_(&painter), client_(client) {
   painter_->save();
-  clips_.push_back(ToDrawRect(GetClientRect()));
+  clips_.push_back({0, 0, double(client.cx), double(client.cy)});
 }
 
 CPainterDC::~CPainterDC() {
