@@ -7,6 +7,7 @@
 #include <QFontMetricsF>
 #include <QImage>
 #include <QPainter>
+#include <QPainterPath>
 
 #include "platform/ui/Contrast.h"
 #include "platform/ui/Wnd.h"
@@ -36,6 +37,27 @@ QPen ToQPen(const Pen& pen) {
                                                                                                  : Qt::FlatCap);
   made.setJoinStyle(Qt::RoundJoin);
   return made;
+}
+
+// The outline of a mark whose middle square has its corner at x, y.
+QPolygonF MakePlus(double x, double y, int arm) {
+  if (arm == 0) return QPolygonF({{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}});
+  const double left = x - arm;
+  const double top = y - arm;
+  const double right = x + 1 + arm;
+  const double bottom = y + 1 + arm;
+  return QPolygonF({{x, top},
+                    {x + 1, top},
+                    {x + 1, y},
+                    {right, y},
+                    {right, y + 1},
+                    {x + 1, y + 1},
+                    {x + 1, bottom},
+                    {x, bottom},
+                    {x, y + 1},
+                    {left, y + 1},
+                    {left, y},
+                    {x, y}});
 }
 
 DrawRect Intersect(const DrawRect& a, const DrawRect& b) {
@@ -158,8 +180,16 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
   }
 }
 
+// A run of marks of one colour is one path, which keeps a drawing of many stations small.
 void CPainterDC::PutMarksByPainter(std::span<const PlotMark> marks) {
   painter_->setRenderHint(QPainter::Antialiasing, false);
+  QPainterPath path;
+  path.setFillRule(Qt::WindingFill);
+  COLORREF colour = 0;
+  const auto flush = [&] {
+    if (!path.isEmpty()) painter_->fillPath(path, ToQColor(colour));
+    path.clear();
+  };
   for (const auto& mark : marks) {
     if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F)) continue;
     const auto place = static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.x * 2)) + (1 << 24))
@@ -169,12 +199,12 @@ void CPainterDC::PutMarksByPainter(std::span<const PlotMark> marks) {
     auto& last = lastMarks_[place];
     if (last == look) continue;
     last = look;
-    const double x = mark.x;
-    const double y = mark.y;
-    const QColor colour = ToQColor(mark.colour);
-    painter_->fillRect(QRectF(x - mark.arm, y, 1 + 2 * mark.arm, 1), colour);
-    if (mark.arm > 0) painter_->fillRect(QRectF(x, y - mark.arm, 1, 1 + 2 * mark.arm), colour);
+    if (mark.colour != colour) flush();
+    colour = mark.colour;
+    path.addPolygon(MakePlus(std::round(mark.x * 2) / 2, std::round(mark.y * 2) / 2, mark.arm));
+    path.closeSubpath();
   }
+  flush();
 }
 
 void CPainterDC::SetTextAlign(TextAlign align, TextLine line) {
