@@ -11,6 +11,8 @@ namespace tallyscope {
 namespace {
 
 constexpr int kMostMajors = 8;
+constexpr double kMostSteps = 1e14;  // from zero to the range: beyond, a step is lost in the rounding of its ends
+constexpr int kEndDigits = 6;
 constexpr int kLongLabel = 5;  // characters; longer ones have a power of ten pulled out where that shortens them
 
 struct RoundStep {
@@ -62,6 +64,13 @@ CString FindLongest(const AxisTicks& made) {
   return longest;
 }
 
+// The ends alone, for a range that is all rounding: no round values lie between them that one could tell apart.
+AxisTicks MakeEnds(double low, double high) {
+  AxisTicks made;
+  for (const double end : {low, high}) made.ticks.push_back({end, ToLocale(FormatGeneral(end, kEndDigits))});
+  return made;
+}
+
 AxisTicks MakeEven(double low, double high, int most) {
   const RoundStep step = FindStep(high - low, most);
   AxisTicks made;
@@ -69,6 +78,7 @@ AxisTicks MakeEven(double low, double high, int most) {
   const double power = std::pow(10.0, made.exponent);
   const double first = std::floor(low / step.step);
   const double last = std::ceil(high / step.step);
+  if (!(std::max(std::abs(first), std::abs(last)) < kMostSteps)) return MakeEnds(low, high);
   const double slack = (high - low) * 1e-9;
   for (double i = first; i <= last; ++i) {
     for (int minor = 0; minor < step.minors; ++minor) {
