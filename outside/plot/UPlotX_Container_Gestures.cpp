@@ -41,6 +41,7 @@ void DrawBandLine(CDC& dc, const std::vector<DrawPoint>& points) {
 
 void CUPlotX_Container::SetCursorMode(int mode) {
   if (mode != mode_) {
+    if (gesture_ == kPick && active_ != nullptr) active_->CancelSelect(last_, true);
     gesture_ = kNone;
     EndPolygon();
   }
@@ -164,8 +165,11 @@ void CUPlotX_Container::OnWheel(CPoint point, double steps) {
 
 void CUPlotX_Container::ZoomStep(double factor) {
   if (active_ == nullptr) return;
-  const auto& frame = active_->GetFrame();
-  active_->ZoomAbout({(frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0}, factor, zoomAxes_);
+  KeepCorners([&] {
+    const auto& frame = active_->GetFrame();
+    active_->ZoomAbout({(frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0}, factor, zoomAxes_);
+    InitialiseExtents();
+  });
   Invalidate();
 }
 
