@@ -6,9 +6,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
-#include <QPaintEngine>
 #include <QPainter>
-#include <QPainterPath>
 
 #include "platform/ui/Contrast.h"
 #include "platform/ui/Wnd.h"
@@ -16,8 +14,6 @@
 namespace tallyscope {
 
 namespace {
-
-constexpr int kMostStrokes = 20000;  // ends of strokes in one path
 
 QRectF ToQRect(const DrawRect& rect) {
   return {QPointF(rect.left, rect.top), QPointF(rect.right, rect.bottom)};
@@ -162,51 +158,23 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
   }
 }
 
-// A drawing of vectors holds marks that follow one another in one colour as the strokes of one path: a million marks of
-// their own would make a file that nothing opens.
 void CPainterDC::PutMarksByPainter(std::span<const PlotMark> marks) {
   painter_->setRenderHint(QPainter::Antialiasing, false);
-  const auto engine = painter_->paintEngine()->type();
-  const bool isVector = engine == QPaintEngine::SVG || engine == QPaintEngine::Pdf;
-  QPainterPath strokes;
-  COLORREF colour = 0;
-  const auto flush = [&] {
-    if (strokes.isEmpty()) return;
-    QPen pen(ToQColor(colour), 1);
-    pen.setCapStyle(Qt::FlatCap);
-    painter_->strokePath(strokes, pen);
-    strokes.clear();
-  };
   for (const auto& mark : marks) {
-    if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F) || !IsNewMark(mark)) continue;
+    if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F)) continue;
+    const auto place = static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.x * 2)) + (1 << 24))
+                           << 32 |
+                       static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.y * 2)) + (1 << 24));
+    const auto look = static_cast<std::uint64_t>(mark.colour) << 8 | static_cast<std::uint64_t>(mark.arm + 1);
+    auto& last = lastMarks_[place];
+    if (last == look) continue;
+    last = look;
     const double x = mark.x;
     const double y = mark.y;
-    if (!isVector) {
-      painter_->fillRect(QRectF(x - mark.arm, y, 1 + 2 * mark.arm, 1), ToQColor(mark.colour));
-      if (mark.arm > 0) painter_->fillRect(QRectF(x, y - mark.arm, 1, 1 + 2 * mark.arm), ToQColor(mark.colour));
-      continue;
-    }
-    if (mark.colour != colour || strokes.elementCount() > kMostStrokes) flush();
-    colour = mark.colour;
-    strokes.moveTo(x - mark.arm, y + 0.5);
-    strokes.lineTo(x + 1 + mark.arm, y + 0.5);
-    if (mark.arm == 0) continue;
-    strokes.moveTo(x + 0.5, y - mark.arm);
-    strokes.lineTo(x + 0.5, y + 1 + mark.arm);
+    const QColor colour = ToQColor(mark.colour);
+    painter_->fillRect(QRectF(x - mark.arm, y, 1 + 2 * mark.arm, 1), colour);
+    if (mark.arm > 0) painter_->fillRect(QRectF(x, y - mark.arm, 1, 1 + 2 * mark.arm), colour);
   }
-  flush();
-}
-
-// False for one that lies on its like within half a pixel.
-bool CPainterDC::IsNewMark(const PlotMark& mark) {
-  const auto half = [](float at) {
-    return static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(at * 2)) + (1 << 24));
-  };
-  const auto look = static_cast<std::uint64_t>(mark.colour) << 8 | static_cast<std::uint64_t>(mark.arm + 1);
-  auto& last = lastMarks_[half(mark.x) << 32 | half(mark.y)];
-  if (last == look) return false;
-  last = look;
-  return true;
 }
 
 void CPainterDC::SetTextAlign(TextAlign align, TextLine line) {
