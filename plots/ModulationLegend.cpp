@@ -46,13 +46,13 @@ void DrawBar(CDC& dc, const DrawRect& bar, bool upright, const std::vector<COLOR
   const double span = upright ? bar.bottom - bar.top : bar.right - bar.left;
   const int pieces = std::max(1, std::min(static_cast<int>(span * dc.GetScale()), 256));
   for (int i = 0; i < pieces; ++i) {
-    // Each to the end of the bar, the next ones over it: pieces side by side leave seams in a drawing of vectors.
     const double from = span * i / pieces;
+    const double to = span * (i + 1) / pieces;
     const auto colour = table[static_cast<std::size_t>(i * 256 / pieces)];
     if (upright) {
-      dc.FillSolidRect({bar.left, bar.top, bar.right, bar.bottom - from}, colour);
+      dc.FillSolidRect({bar.left, bar.bottom - to, bar.right, bar.bottom - from}, colour);
     } else {
-      dc.FillSolidRect({bar.left + from, bar.top, bar.right, bar.bottom}, colour);
+      dc.FillSolidRect({bar.left + from, bar.top, bar.left + to, bar.bottom}, colour);
     }
   }
   dc.SelectPen({PenStyle::kSolid, 1, frame});
