@@ -26,7 +26,8 @@ void ColourBarView::SetLegend(const ModulationLegend& legend, const CString& nul
   if (!legend.colourField.empty()) text += Tell("Colour", legend.colourField, legend.colourLow, legend.colourHigh);
   if (!legend.sizeField.empty()) text += Tell("Size", legend.sizeField, legend.sizeLow, legend.sizeHigh);
   if (!text.empty()) text += nulls;
-  setToolTip(ToQString(text));
+  const QString shown = ToQString(text);
+  setToolTip(shown.isEmpty() ? shown : "<qt>" + shown.toHtmlEscaped() + "</qt>");  // a name may look like markup
   setAccessibleDescription(ToQString(text));
   update();
 }

@@ -15,12 +15,19 @@
 
 namespace tallyscope {
 
+namespace {
+
+constexpr const char* kLongest = "-0.000000000000000e-000 ";  // no number is cut off
+
+}  // namespace
+
 CDlg_Axis::CDlg_Axis(CWnd* parent) : CDialog(parent) {}
 
 void CDlg_Axis::CreateControls() {
   auto* form = new QFormLayout;
   const auto addEdit = [&](int id, const char* caption) {
     auto* edit = new QLineEdit;
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(kLongest));
     form->addRow(caption, edit);
     AddControl(id, edit, caption);
   };

@@ -21,6 +21,7 @@
 #include "statistics/Stats_Data.h"
 #include "workbench/DimIndex.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/FieldBox.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -48,13 +49,6 @@ constexpr ToolState kToolStates[] = {
     {"SELECT_POLY", &Page::selectPoly, &Page::SetSelectPoly},
     {"SELECT_EXCLUDE", &Page::selectExclude, &Page::SetSelectExclude},
 };
-
-QComboBox* MakeFieldBox() {
-  auto* box = new QComboBox;
-  box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  box->setMaxVisibleItems(24);
-  return box;
-}
 
 }  // namespace
 

@@ -49,6 +49,7 @@ void CPP_Base_Graph::OnLButtonUp(CPoint point) {
 void CPP_Base_Graph::OnLButtonDblClk(CPoint point) {
   if (container_.OnLButtonDblClk(point) || !container_.IsHit(point)) return;
   const auto hit = GetPlot()->GetHitArea(point);
+  if (hit == CUPlotX::eData) OnLButtonDown(point);  // the second of two quick clicks, or the start of a drag
   if (hit == CUPlotX::eLeft && GetPlot()->allowDialogY) RunAxisDialog(1);
   if (hit == CUPlotX::eBottom && GetPlot()->allowDialogX) RunAxisDialog(0);
 }

@@ -13,6 +13,7 @@ CPP_Univariate_Histogram::CPP_Univariate_Histogram() : CPP_Base_Graph(kPageUniva
 CPP_Univariate_Histogram::~CPP_Univariate_Histogram() {
   auto* dialog = GetDlg();
   if (dialog == nullptr || dialog->GetTallyscope() == nullptr || dialog->GetSSData() != &bins_) return;
+  dialog->SetAllowSSSelection(true);  // not every page sees to that when it shows
   dialog->ConnectSpreadsheet(dialog->GetData(), true);
 }
 

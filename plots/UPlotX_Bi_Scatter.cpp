@@ -180,12 +180,12 @@ void CUPlotX_Bi_Scatter::RenderCurves(CDC& dc) {
 void CUPlotX_Bi_Scatter::RenderLegend(CDC& dc) {
   DrawClip clip(dc, Clip2Client());
   const CRect& strip = GetLegend();
-  double left = strip.left;
+  int entry = 0;
   for (const CurveLook& look : {kRegression, kExpectation, kQuantiles}) {
     const COLORREF colour = ForPaper(look.colour);
+    const double left = strip.left + entry++ * strip.Width() / 3.0;
     DrawLegendEntry(dc, strip, left, {PenStyle::kSolid, kCurveWidth, colour}, LoadString(look.name), GetTextColour());
     DrawMarker(dc, look.marker, left + kLegendMiddle, (strip.top + strip.bottom) / 2.0, colour);
-    left += strip.Width() / 3.0;
   }
 }
 

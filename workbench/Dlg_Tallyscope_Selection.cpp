@@ -109,7 +109,7 @@ void CDlg_Tallyscope::ShowSelectedCount() {
   const auto* selection = GetSelection(GetSpatialCalculator(), size);
   const int selected = selection != nullptr ? selection->Count() : 0;
   label->setText(selected > 0 ? QString("%1 of %2 selected").arg(selected).arg(size)
-                              : QString("%1 stations").arg(size));
+                              : QString(size == 1 ? "%1 station" : "%1 stations").arg(size));
 }
 
 void CDlg_Tallyscope::OnPushData() {

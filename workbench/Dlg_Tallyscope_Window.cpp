@@ -21,6 +21,7 @@
 #include "platform/ui/WinApp.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/FieldBox.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -37,13 +38,6 @@ QLabel* AddLabelled(QHBoxLayout* row, const char* text, QComboBox* box) {
   row->addWidget(label);
   row->addWidget(box);
   return label;
-}
-
-QComboBox* MakeBox() {
-  auto* box = new QComboBox;
-  box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  box->setMaxVisibleItems(24);
-  return box;
 }
 
 QToolButton* MakeTool(const char* icon, const QKeySequence& shortcut) {
@@ -91,9 +85,9 @@ void CDlg_Tallyscope::CreateControls() {
 }
 
 QWidget* CDlg_Tallyscope::MakeHeader() {
-  auto* mode = MakeBox();
-  auto* key = MakeBox();
-  auto* anc = MakeBox();
+  auto* mode = MakeFieldBox();
+  auto* key = MakeFieldBox();
+  auto* anc = MakeFieldBox();
   auto* push = MakeTool("push", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Down));
   auto* pop = MakeTool("pop", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Up));
   auto* show = MakeTool("hide", QKeySequence(Qt::Key_F9));
@@ -133,6 +127,7 @@ QWidget* CDlg_Tallyscope::MakeHeader() {
 QWidget* CDlg_Tallyscope::MakeFooter() {
   auto* status = new QLabel;
   status->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  status->setTextFormat(Qt::PlainText);  // a field's name may look like markup
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* selected = new QLabel;
   auto* footer = new QWidget;

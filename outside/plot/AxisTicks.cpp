@@ -11,6 +11,9 @@ namespace tallyscope {
 namespace {
 
 constexpr int kMostMajors = 8;
+constexpr double kLeastApart = 4;    // pixels between powers of ten; nearer ones have no tick of their own
+constexpr double kMostSteps = 1e14;  // from zero to the range: beyond, a step is lost in the rounding of its ends
+constexpr int kEndDigits = 6;
 constexpr int kLongLabel = 5;  // characters; longer ones have a power of ten pulled out where that shortens them
 
 struct RoundStep {
@@ -62,6 +65,13 @@ CString FindLongest(const AxisTicks& made) {
   return longest;
 }
 
+// The ends alone, for a range that is all rounding: no round values lie between them that one could tell apart.
+AxisTicks MakeEnds(double low, double high) {
+  AxisTicks made;
+  for (const double end : {low, high}) made.ticks.push_back({end, ToLocale(FormatGeneral(end, kEndDigits))});
+  return made;
+}
+
 AxisTicks MakeEven(double low, double high, int most) {
   const RoundStep step = FindStep(high - low, most);
   AxisTicks made;
@@ -69,6 +79,7 @@ AxisTicks MakeEven(double low, double high, int most) {
   const double power = std::pow(10.0, made.exponent);
   const double first = std::floor(low / step.step);
   const double last = std::ceil(high / step.step);
+  if (!(std::max(std::abs(first), std::abs(last)) < kMostSteps)) return MakeEnds(low, high);
   const double slack = (high - low) * 1e-9;
   for (double i = first; i <= last; ++i) {
     for (int minor = 0; minor < step.minors; ++minor) {
@@ -86,8 +97,9 @@ CString MakePowerLabel(int power, bool negative) {
   return sign + "1e" + std::to_string(power);
 }
 
-// Zero and every `stride`th power of ten at and beyond the band, both signs.
-AxisTicks MakePowers(double low, double high, const AxisMap& map, int stride) {
+// Zero and every `stride`th power of ten at and beyond the band, both signs. `hasFirst`: the lowest power, which stands
+// next to zero however large the stride, has room for a label.
+AxisTicks MakePowers(double low, double high, const AxisMap& map, int stride, bool hasFirst) {
   AxisTicks made;
   if (low <= 0 && high >= 0) made.ticks.push_back({0, "0"});
   const double largest = std::max(std::abs(low), std::abs(high));
@@ -96,7 +108,7 @@ AxisTicks MakePowers(double low, double high, const AxisMap& map, int stride) {
   for (int power = first; power <= last; ++power) {
     const double value = std::pow(10.0, power);
     for (const double sign : {1.0, -1.0}) {
-      const bool major = (power - first) % stride == 0;
+      const bool major = (power - first) % stride == 0 && (power > first || hasFirst);
       for (int times = 1; times <= 9; ++times) {
         const double at = sign * value * times;
         if (at < low || at > high || (times > 1 && stride > 1)) continue;
@@ -124,8 +136,12 @@ AxisTicks MakeAxisTicks(double low, double high, const AxisMap& map, double pixe
   if (map.IsLogarithmic()) {
     const double span = map.ToData(high) - map.ToData(low);
     const double perUnit = pixels / span;
-    for (int stride = 1; stride <= 64; stride *= 2) {
-      auto made = MakePowers(low, high, map, stride);
+    const double firstPower = std::pow(10.0, std::ceil(std::log10(map.band) - 1e-9));
+    const bool hasZero = low <= 0 && high >= 0;
+    const bool hasFirst = !hasZero || fits("-1", perUnit * map.ToData(firstPower));
+    for (int stride = 1; stride <= 512; stride *= 2) {
+      auto made = MakePowers(low, high, map, stride, hasFirst);
+      if (perUnit < kLeastApart) std::erase_if(made.ticks, [](const auto& tick) { return !tick.IsMajor(); });
       if (CountMajors(made) < 2) break;
       if (CountMajors(made) <= 2 * kMostMajors && fits(FindLongest(made), perUnit * stride)) return made;
     }

@@ -51,13 +51,8 @@ CString Superscript(int number) {
   return text;
 }
 
-CString MakeTitle(const CString& title, int exponent) {
-  if (exponent == 0) return title;
-  return (title.empty() ? CString() : title + "  ") + "(×10" + Superscript(exponent) + ")";
-}
-
 // A title that is too long for its side loses its middle.
-CString ShortenTitle(CDC& dc, CString title, int room) {
+CString ShortenTitle(CDC& dc, const CString& title, int room) {
   if (dc.GetTextExtent(title).cx <= room) return title;
   auto head = title.size() / 2;
   auto tail = title.size() - head;
@@ -71,6 +66,14 @@ CString ShortenTitle(CDC& dc, CString title, int room) {
     shortened = title.substr(0, head) + "…" + title.substr(from);
   } while (head + tail > 2 && dc.GetTextExtent(shortened).cx > room);
   return shortened;
+}
+
+// The power of ten stays whole, since the axis can't be read without it.
+CString MakeTitle(CDC& dc, const CString& title, int exponent, int room) {
+  if (exponent == 0) return ShortenTitle(dc, title, room);
+  const CString power = "(×10" + Superscript(exponent) + ")";
+  if (title.empty()) return power;
+  return ShortenTitle(dc, title, room - dc.GetTextExtent("  " + power).cx) + "  " + power;
 }
 
 void DrawTicksX(CDC& dc, const CUPlotX& plot, const AxisTicks& made, const PlotColours& colours) {
@@ -153,10 +156,10 @@ void DrawAxes(CDC& dc, const CUPlotX& plot, const PlotColours& colours) {
   dc.SetTextAlign(TextAlign::kCentre, TextLine::kBottom);
   const CRect client = plot.GetContainer()->GetClientRect();
   dc.TextOut((frame.left + frame.right) / 2.0, client.bottom - 1,
-             ShortenTitle(dc, MakeTitle(plot.titleX, ticksX.exponent), frame.Width()));
+             MakeTitle(dc, plot.titleX, ticksX.exponent, frame.Width()));
   dc.SetTextAlign(TextAlign::kCentre, TextLine::kTop);
   dc.TextOutUpwards(client.left + 2, (frame.top + frame.bottom) / 2.0,
-                    ShortenTitle(dc, MakeTitle(plot.titleY, ticksY.exponent), frame.Height()));
+                    MakeTitle(dc, plot.titleY, ticksY.exponent, frame.Height()));
 }
 
 }  // namespace tallyscope

@@ -11,21 +11,25 @@ namespace {
 constexpr double kFinest = 1e-12;  // of the larger end: a view is never narrower, so that its pixels still differ
 constexpr double kWidest = 1e300;
 
-// Ends in order, finite and apart.
+// Wide enough for its pixels to differ from one another.
+bool IsApart(double low, double high) {
+  return high - low > std::max(std::abs(low), std::abs(high)) * kFinest;
+}
+
+// Ends in order, finite and apart. Ends that differ by no more than rounding count as equal.
 void Open(double& low, double& high) {
   if (!std::isfinite(low) || !std::isfinite(high) || low > high) {
     low = 0;
     high = 1;
   }
-  if (low < high) return;
+  if (IsApart(low, high)) return;
   const double half = std::max(0.5, std::abs(low) * 1e-6);
   low -= half;
   high += half;
 }
 
 bool IsView(double low, double high) {
-  return std::isfinite(low) && std::isfinite(high) && high - low < kWidest &&
-         high - low > std::max(std::max(std::abs(low), std::abs(high)) * kFinest, 1e-290);
+  return std::isfinite(low) && std::isfinite(high) && high - low < kWidest && high - low > 1e-290 && IsApart(low, high);
 }
 
 }  // namespace

@@ -23,8 +23,20 @@ void CUPlotX_Container::SetWindow(CPlotCanvas* canvas) {
 }
 
 void CUPlotX_Container::SetClientSize(CSize size) {
-  size_ = size;
-  InitialiseExtents();
+  KeepCorners([&] {
+    size_ = size;
+    InitialiseExtents();
+  });
+}
+
+// The corners of a polygon under way stay on the data that they were set on.
+void CUPlotX_Container::KeepCorners(const std::function<void()>& change) {
+  std::vector<XVector> places;
+  for (const CPoint& corner : points_) places.push_back(active_->Device2World(corner.x, corner.y));
+  change();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    points_[i] = active_->Device2Client(active_->World2Device(places[i][0], places[i][1]));
+  }
 }
 
 void CUPlotX_Container::AddPlot(CUPlotX* plot, bool active) {
@@ -38,8 +50,10 @@ void CUPlotX_Container::InitialiseExtents() {
 }
 
 void CUPlotX_Container::ZoomFit() {
-  for (auto* plot : plots_) plot->ZoomFit();
-  InitialiseExtents();
+  KeepCorners([&] {
+    for (auto* plot : plots_) plot->ZoomFit();
+    InitialiseExtents();
+  });
   Invalidate();
 }
 

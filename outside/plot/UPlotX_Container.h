@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <QCursor>
@@ -103,6 +104,7 @@ class CUPlotX_Container {
   enum Gesture { kNone, kPick, kDrag, kClick };
 
   void EndPolygon();
+  void KeepCorners(const std::function<void()>& change);
   void RenderBand(CDC& dc);
   void RenderEmpty(CDC& dc, CUPlotX& plot);
   CRect GetBand() const;

@@ -41,6 +41,7 @@ void DrawBandLine(CDC& dc, const std::vector<DrawPoint>& points) {
 
 void CUPlotX_Container::SetCursorMode(int mode) {
   if (mode != mode_) {
+    if (gesture_ == kPick && active_ != nullptr) active_->CancelSelect(last_, true);
     gesture_ = kNone;
     EndPolygon();
   }
@@ -164,8 +165,11 @@ void CUPlotX_Container::OnWheel(CPoint point, double steps) {
 
 void CUPlotX_Container::ZoomStep(double factor) {
   if (active_ == nullptr) return;
-  const auto& frame = active_->GetFrame();
-  active_->ZoomAbout({(frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0}, factor, zoomAxes_);
+  KeepCorners([&] {
+    const auto& frame = active_->GetFrame();
+    active_->ZoomAbout({(frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0}, factor, zoomAxes_);
+    InitialiseExtents();
+  });
   Invalidate();
 }
 
@@ -194,7 +198,7 @@ void CUPlotX_Container::RenderBand(CDC& dc) {
   const auto add = [&](CPoint at) { line.push_back({double(at.x), double(at.y)}); };
   if (!points_.empty()) {
     for (const auto& point : points_) add(point);
-    add(last_);
+    add(Clamp(last_, active_->GetFrame()));  // a frame that has shrunk leaves the pointer outside
     if (points_.size() > 1) add(points_.front());
   } else if (gesture_ == kDrag && (IsRectangleMode() || mode_ == eZoomIn) && !AreNear(start_, last_, kClickSlop)) {
     CRect band = GetBand();
@@ -207,7 +211,10 @@ void CUPlotX_Container::RenderBand(CDC& dc) {
     }
   }
   if (line.empty()) return;
-  DrawBandLine(dc, line);
+  {
+    const DrawClip clip(dc, ToDrawRect(active_->GetFrame().Grown(1)));
+    DrawBandLine(dc, line);
+  }
   if (mode_ == eZoomIn) return;
   const double x = last_.x + kSignOffset;
   const double y = last_.y - kSignOffset;

@@ -71,6 +71,37 @@ TEST(AxisTicks, OfALogarithmicAxisArePowersOfTen) {
   EXPECT_EQ(Majors(MakeAxisTicks(200, 300, map, 600, Fits)), "200 220 240 260 280 300") << "less than a decade";
 }
 
+// Zoomed far out, the powers next to zero lie upon it.
+TEST(AxisTicks, OfAWideLogarithmicAxisStandApart) {
+  for (const double high : {10.0, 1e9, 1e60, 1e300}) {
+    const AxisMap map{AxisMap::kLogarithmic, 0.5};
+    const double low = -high / 10;
+    const auto made = MakeAxisTicks(low, high, map, 336, Fits);
+    const double perUnit = 336 / (map.ToData(high) - map.ToData(low));
+    std::vector<double> majors;
+    std::vector<double> all;
+    for (const auto& tick : made.ticks) {
+      all.push_back(map.ToData(tick.world) * perUnit);
+      if (tick.IsMajor()) majors.push_back(all.back());
+    }
+    std::sort(majors.begin(), majors.end());
+    EXPECT_GE(majors.size(), 3u) << high;
+    for (std::size_t i = 1; i < majors.size(); ++i) EXPECT_GT(majors[i] - majors[i - 1], 12) << high;
+    EXPECT_LT(all.size(), 100u) << high;
+  }
+}
+
+// Such as the range of a field that is constant but for the rounding of its making. Steps within it can't be counted.
+TEST(AxisTicks, OfARangeThatIsRoundingAreItsEnds) {
+  for (const auto& [low, high] :
+       {std::pair{0.1, std::nextafter(0.1, 1)}, {1e16, 1e16 + 2}, {-1e300, std::nextafter(-1e300, 0)}}) {
+    const auto made = MakeAxisTicks(low, high, AxisMap(), 640, Fits);
+    ASSERT_EQ(made.ticks.size(), 2u) << low;
+    EXPECT_EQ(made.ticks.front().world, low);
+    EXPECT_EQ(made.ticks.back().world, high);
+  }
+}
+
 TEST(AxisTicks, OfNoRangeAreNone) {
   for (const auto& [low, high] : {std::pair{1.0, 1.0}, {2.0, 1.0}, {0.0, INFINITY}, {NAN, 1.0}}) {
     EXPECT_TRUE(MakeAxisTicks(low, high, AxisMap(), 600, Fits).ticks.empty());

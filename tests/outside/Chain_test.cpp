@@ -66,6 +66,8 @@ TEST(Chain, EqualEndsAreOpened) {
     PlotStage odd({{bad, 0, 0}, {-1e10, 1, 1}, 1});
     ExpectVisible(odd.plot, 0, 1, 0, 1);
   }
+  PlotStage rounding({{0.1, 0, 0}, {std::nextafter(0.1, 1), 1, 1}, 1});
+  ExpectVisible(rounding.plot, -0.4, 0.6, 0, 1);
   PlotStage large({{1e20, 0, 0}, {1e20, 1, 1}, 1});
   EXPECT_GT(large.plot.GetVisible().max[0], large.plot.GetVisible().min[0]);
 }

@@ -50,6 +50,17 @@ TEST(Container, LabelsStayInsideAndApart) {
   }
 }
 
+TEST(Container, ALongTitleKeepsItsPowerOfTen) {
+  PlotStage stage({{0, 0, 0}, {1e9, 1, 1}, 1});
+  stage.plot.titleX = CString(200, 'n');
+  RecorderDC dc({400, 300});
+  stage.container.Render(dc);
+  const bool kept = std::any_of(dc.texts.begin(), dc.texts.end(), [](auto& each) {
+    return each.text.find("n…n") != CString::npos && each.text.find("(×10⁹)") != CString::npos;
+  });
+  EXPECT_TRUE(kept);
+}
+
 TEST(Container, SaysWhyThereIsNothing) {
   PlotStage stage;
   stage.plot.emptyReason = "No valid values in om";

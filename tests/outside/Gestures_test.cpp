@@ -141,6 +141,35 @@ TEST(Gestures, AChangeOfToolEndsThePolygon) {
   EXPECT_EQ(stage.plot.Take(), "");
 }
 
+TEST(Gestures, AChangeOfToolEndsAPick) {
+  GestureStage stage(Container::ePointer);
+  stage.container.OnLButtonDown(stage.At(0, 0));
+  stage.plot.Take();
+  stage.container.SetCursorMode(Container::eRectangle);
+  EXPECT_EQ(stage.plot.Take().substr(0, 3), "end") << "or the mark would stay";
+}
+
+TEST(Gestures, ThePolygonStaysOnItsDataWhenTheViewChanges) {
+  GestureStage stage(Container::ePolygon);
+  for (const CPoint& corner : {stage.At(-60, -40), stage.At(60, -40), stage.At(0, 40)}) stage.Click(corner);
+  const auto places = [&] {
+    std::vector<XVector> worlds;
+    for (const CPoint& corner : stage.container.GetPoints()) {
+      worlds.push_back(stage.plot.Device2World(corner.x, corner.y));
+    }
+    return worlds;
+  };
+  const auto before = places();
+  stage.container.SetClientSize({650, 410});
+  stage.container.ZoomStep(1.5);
+  const auto after = places();
+  ASSERT_EQ(after.size(), before.size());
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    EXPECT_NEAR(after[i][0], before[i][0], 0.5);
+    EXPECT_NEAR(after[i][1], before[i][1], 0.5);
+  }
+}
+
 TEST(Gestures, EscapeEndsAPickAndARectangle) {
   GestureStage stage(Container::ePointer);
   stage.container.OnLButtonDown(stage.At(0, 0));

@@ -2,6 +2,8 @@
 // A graph page in its window: tools, settings, the view that comes back, the mouse and the keyboard.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -436,6 +438,41 @@ TEST_F(GraphPage, EveryControlHasANameAndAPlaceForTheKeyboard) {
     EXPECT_EQ(Canvas(page).focusPolicy(), Qt::StrongFocus);
     EXPECT_FALSE(Canvas(page).accessibleName().isEmpty());
   }
+}
+
+// Names come from files: they may hold markup, and hundreds of characters.
+TEST_F(GraphPage, OddNamesAreShownAsTheyStand) {
+  WrittenTable odd(2, {{"x", {1, 2}}, {"y", {1, 2}}, {"<b>Zn</b> & co", {3, 4}}, {CString(300, 'n'), {5, 6}}});
+  OpenWorkbench dialog(odd);
+  Open(dialog);
+  auto& page = Page(dialog);
+  MoveTo(Canvas(page), At(page, 1, 3), {});
+  EXPECT_NE(Shown(dialog).find("<b>Zn</b> & co 3"), std::string::npos);
+  EXPECT_EQ(dialog.GetControl<QLabel>(kControlStatus)->textFormat(), Qt::PlainText);
+  EXPECT_LE(dialog.minimumSizeHint().width(), 800) << "the window can still be made small";
+  page.GetControl<QComboBox>(kGraphColour)->setCurrentIndex(3);
+  emit page.GetControl<QComboBox>(kGraphColour)->activated(3);
+  const auto views = page.findChildren<QWidget*>();
+  const bool escaped = std::any_of(views.begin(), views.end(), [](auto* view) {
+    return view->toolTip().contains("&lt;b&gt;Zn&lt;/b&gt; &amp; co");
+  });
+  EXPECT_TRUE(escaped) << "the tool tip of the colours' legend";
+}
+
+TEST_F(GraphPage, TheSecondOfTwoQuickClicksZoomsToo) {
+  OpenWorkbench dialog(table);
+  Open(dialog);
+  auto& page = Page(dialog);
+  auto& canvas = Canvas(page);
+  const auto width = [&] { return page.GetPlot()->GetVisible().max[0] - page.GetPlot()->GetVisible().min[0]; };
+  const double before = width();
+  Press(page, kGraphZoomIn);
+  const auto& frame = page.GetPlot()->GetFrame();
+  const QPoint at((frame.left + frame.right) / 2, (frame.top + frame.bottom) / 2);
+  QTest::mouseClick(&canvas, Qt::LeftButton, {}, at);
+  QTest::mouseDClick(&canvas, Qt::LeftButton, {}, at);
+  QTest::mouseRelease(&canvas, Qt::LeftButton, {}, at);
+  EXPECT_NEAR(width(), before / 4, 1e-9);
 }
 
 // Dark paper stays dark between the marks, and what is drawn is seen on it.

@@ -154,7 +154,7 @@ TEST(ScatterCurves, LegendStandsAtThirds) {
     EXPECT_EQ(dc.texts[i].points, 7);
     EXPECT_EQ(dc.texts[i].face, "Arial");
     EXPECT_EQ(dc.texts[i].line, TextLine::kBottom);
-    const auto& sample = dc.LinesOf(colours[i], 2).back();
+    const auto sample = dc.LinesOf(colours[i], 2).back();
     EXPECT_EQ(sample.clip, view.plot.Clip2Client());
     EXPECT_EQ(sample.points, (std::vector{DrawPoint{left, 12}, DrawPoint{left + 32, 12}}));
   }

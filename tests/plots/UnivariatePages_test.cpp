@@ -7,6 +7,7 @@
 #include <QToolButton>
 
 #include "platform/core/Messages.h"
+#include "platform/ui/WinApp.h"
 #include "plots/GraphControls.h"
 #include "plots/PP_Univariate_Histogram.h"
 #include "plots/PP_Univariate_Scatter.h"
@@ -25,7 +26,10 @@ enum Page { kScatter, kStatistics, kHistogram };
 
 class UnivariatePages : public ::testing::Test {
  protected:
-  UnivariatePages() { dialog.Create(); }
+  UnivariatePages() {
+    SetProfile(std::make_unique<CMemoryProfile>());  // sessions of one second look like one: views would come back
+    dialog.Create();
+  }
 
   template <class T>
   T& Show(Page page) {
@@ -103,6 +107,18 @@ TEST_F(UnivariatePages, CountsAreThoseOfTheSelectionWhenTheHistogramShows) {
   Show<CPP_Univariate_Scatter>(kScatter).GetPlot()->AddSelRegion(std::make_unique<CStats_RgnSelAll>());
   auto& plot = dynamic_cast<CUPlotX_Uni_Histogram&>(*Show<CPP_Univariate_Histogram>(kHistogram).GetPlot());
   EXPECT_EQ(plot.selectedCounts, (std::vector<int>{2, 2, 0, 0, 1}));
+}
+
+// Space with three axes has no map, and its statistics leave the spreadsheet as it is.
+TEST_F(UnivariatePages, RowsCanBeSelectedAfterTheBinsHaveGone) {
+  WrittenTable deep(3, {{"x", {1, 2}}, {"y", {1, 2}}, {"z", {1, 2}}, {"Cu", {3, 4}}});
+  OpenWorkbench space(deep);
+  space.Create();
+  space.GetSheet()->SetActivePage(kHistogram);
+  EXPECT_FALSE(space.GetAllowSSSelection());
+  space.ChooseMode("Spatial");
+  EXPECT_TRUE(space.GetAllowSSSelection());
+  EXPECT_EQ(space.Text(0, 1), "x");
 }
 
 // The bins end with their page: no session may be left with them.
