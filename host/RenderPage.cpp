@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Draws one plot of a table into a file. The plots are the workbench's own; only the window is missing.
+#include <iostream>
 #include <memory>
-#include <ostream>
 
 #include <QGuiApplication>
 
@@ -26,6 +26,11 @@ namespace {
 constexpr int kUnivariateFigures = 11;
 constexpr int kBivariateFigures = 15;
 
+// Qt's remarks on a machine without a desktop are of no use to who draws a picture.
+void ShowFailuresOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
+  if (type == QtCriticalMsg || type == QtFatalMsg) std::cerr << text.toStdString() << "\n";
+}
+
 // Text needs Qt's fonts, and those an application; the offscreen one wants no display.
 std::unique_ptr<QGuiApplication> MakeApplication() {
   if (qGuiApp != nullptr) return nullptr;
@@ -33,6 +38,7 @@ std::unique_ptr<QGuiApplication> MakeApplication() {
   static char name[] = "tallyscope";
   static char* argv[] = {name, nullptr};
   qputenv("QT_QPA_PLATFORM", "offscreen");
+  qInstallMessageHandler(ShowFailuresOnly);
   return std::make_unique<QGuiApplication>(argc, argv);
 }
 

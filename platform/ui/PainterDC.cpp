@@ -6,6 +6,7 @@
 
 #include <QFontMetricsF>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -15,6 +16,8 @@
 namespace tallyscope {
 
 namespace {
+
+constexpr int kMostStrokes = 20000;  // ends of strokes in one path
 
 QRectF ToQRect(const DrawRect& rect) {
   return {QPointF(rect.left, rect.top), QPointF(rect.right, rect.bottom)};
@@ -39,25 +42,8 @@ QPen ToQPen(const Pen& pen) {
   return made;
 }
 
-// The outline of a mark whose middle square has its corner at x, y.
-QPolygonF MakePlus(double x, double y, int arm) {
-  if (arm == 0) return QPolygonF({{x, y}, {x + 1, y}, {x + 1, y + 1}, {x, y + 1}});
-  const double left = x - arm;
-  const double top = y - arm;
-  const double right = x + 1 + arm;
-  const double bottom = y + 1 + arm;
-  return QPolygonF({{x, top},
-                    {x + 1, top},
-                    {x + 1, y},
-                    {right, y},
-                    {right, y + 1},
-                    {x + 1, y + 1},
-                    {x + 1, bottom},
-                    {x, bottom},
-                    {x, y + 1},
-                    {left, y + 1},
-                    {left, y},
-                    {x, y}});
+double RoundToHalf(double at) {
+  return std::round(at * 2) / 2;
 }
 
 DrawRect Intersect(const DrawRect& a, const DrawRect& b) {
@@ -180,31 +166,57 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
   }
 }
 
-// A run of marks of one colour is one path, which keeps a drawing of many stations small.
+// A drawing of vectors holds marks of one colour as the strokes of one path: a million marks of their own would make a
+// file that nothing opens.
 void CPainterDC::PutMarksByPainter(std::span<const PlotMark> marks) {
+  const auto engine = painter_->paintEngine()->type();
+  const bool isVector = engine == QPaintEngine::SVG || engine == QPaintEngine::Pdf;
+  std::vector<PlotMark> sorted;
+  if (isVector) {  // of marks that come together those of one colour follow one another
+    sorted.assign(marks.begin(), marks.end());
+    std::stable_sort(sorted.begin(), sorted.end(), [](auto& a, auto& b) { return a.colour < b.colour; });
+    marks = sorted;
+  }
   painter_->setRenderHint(QPainter::Antialiasing, false);
-  QPainterPath path;
-  path.setFillRule(Qt::WindingFill);
+  QPainterPath strokes;
   COLORREF colour = 0;
   const auto flush = [&] {
-    if (!path.isEmpty()) painter_->fillPath(path, ToQColor(colour));
-    path.clear();
+    if (strokes.isEmpty()) return;
+    QPen pen(ToQColor(colour), 1);
+    pen.setCapStyle(Qt::FlatCap);
+    painter_->strokePath(strokes, pen);
+    strokes.clear();
   };
   for (const auto& mark : marks) {
-    if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F)) continue;
-    const auto place = static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.x * 2)) + (1 << 24))
-                           << 32 |
-                       static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(mark.y * 2)) + (1 << 24));
-    const auto look = static_cast<std::uint64_t>(mark.colour) << 8 | static_cast<std::uint64_t>(mark.arm + 1);
-    auto& last = lastMarks_[place];
-    if (last == look) continue;
-    last = look;
-    if (mark.colour != colour) flush();
+    if (!(std::abs(mark.x) < 1e6F && std::abs(mark.y) < 1e6F) || !IsNewMark(mark)) continue;
+    const double x = RoundToHalf(mark.x);
+    const double y = RoundToHalf(mark.y);
+    if (!isVector) {
+      painter_->fillRect(QRectF(x - mark.arm, y, 1 + 2 * mark.arm, 1), ToQColor(mark.colour));
+      if (mark.arm > 0) painter_->fillRect(QRectF(x, y - mark.arm, 1, 1 + 2 * mark.arm), ToQColor(mark.colour));
+      continue;
+    }
+    if (mark.colour != colour || strokes.elementCount() > kMostStrokes) flush();
     colour = mark.colour;
-    path.addPolygon(MakePlus(std::round(mark.x * 2) / 2, std::round(mark.y * 2) / 2, mark.arm));
-    path.closeSubpath();
+    strokes.moveTo(x - mark.arm, y + 0.5);
+    strokes.lineTo(x + 1 + mark.arm, y + 0.5);
+    if (mark.arm == 0) continue;
+    strokes.moveTo(x + 0.5, y - mark.arm);
+    strokes.lineTo(x + 0.5, y + 1 + mark.arm);
   }
   flush();
+}
+
+// False for one that lies on its like within half a pixel.
+bool CPainterDC::IsNewMark(const PlotMark& mark) {
+  const auto half = [](float at) {
+    return static_cast<std::uint64_t>(static_cast<std::int64_t>(std::lround(at * 2)) + (1 << 24));
+  };
+  const auto look = static_cast<std::uint64_t>(mark.colour) << 8 | static_cast<std::uint64_t>(mark.arm + 1);
+  auto& last = lastMarks_[half(mark.x) << 32 | half(mark.y)];
+  if (last == look) return false;
+  last = look;
+  return true;
 }
 
 void CPainterDC::SetTextAlign(TextAlign align, TextLine line) {

@@ -51,6 +51,7 @@ class CPainterDC : public CDC {
 
   void PutMarksInImage(std::span<const PlotMark> marks);
   void PutMarksByPainter(std::span<const PlotMark> marks);
+  bool IsNewMark(const PlotMark& mark);
   DeviceRect GetDeviceClip() const;
   void DrawTextAt(double x, double y, const QString& text);
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QImage>
+#include <QPainter>
+#include <QSvgGenerator>
 
 #include "outside/plot/PlotPicture.h"
 #include "platform/ui/PainterDC.h"
@@ -36,6 +39,23 @@ TEST(Picture, SaysWhatIsWrong) {
   scratch.Write("old.png", "old");
   EXPECT_FALSE(SavePicture(stage.container, {320, 200}, scratch.Path("none/a.png"), error));
   EXPECT_NE(error.find("none/a.png"), CString::npos) << error;
+}
+
+TEST(PainterDC, MarksOfOneColourAreOnePathOfADrawing) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QSvgGenerator generator;
+  generator.setOutputDevice(&buffer);
+  generator.setSize({400, 300});
+  {
+    QPainter painter(&generator);
+    CPainterDC dc(painter, {400, 300});
+    std::vector<PlotMark> marks;
+    for (int i = 0; i < 3000; ++i) marks.push_back({float(i % 100) * 4, float(i / 100) * 9, i < 2000 ? 0u : 0xffu, 1});
+    dc.PutMarks(marks);
+  }
+  EXPECT_EQ(bytes.count("<path"), 2);
+  EXPECT_LT(bytes.size(), 3000 * 80);
 }
 
 int CountColour(const QImage& image, QRgb colour) {
