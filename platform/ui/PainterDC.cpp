@@ -26,7 +26,11 @@ QPolygonF ToQPolygon(std::span<const DrawPoint> points) {
   return polygon;
 }
 
-QPen ToQPen(const Pen& pen) {
+// In an image the corner of a thin line is as good cut off as rounded, and that is half the work of stroking a long
+// one. Paper may be looked at closely.
+constexpr double kCutCorners = 2;  // up to this width
+
+QPen ToQPen(const Pen& pen, bool inImage) {
   if (pen.style == PenStyle::kNone) return QPen(Qt::NoPen);
   QPen made(ToQColor(pen.colour), std::max(pen.width, 1.0));
   if (pen.style == PenStyle::kDash) made.setDashPattern({4, 3});
@@ -34,7 +38,7 @@ QPen ToQPen(const Pen& pen) {
   made.setCapStyle(pen.ends == PenEnds::kRound && pen.style == PenStyle::kSolid && pen.width > 1 ? Qt::RoundCap
                    : pen.ends == PenEnds::kSquare                                                ? Qt::SquareCap
                                                                                                  : Qt::FlatCap);
-  made.setJoinStyle(Qt::RoundJoin);
+  made.setJoinStyle(inImage && pen.width <= kCutCorners ? Qt::BevelJoin : Qt::RoundJoin);
   return made;
 }
 
@@ -65,7 +69,7 @@ CPainterDC::~CPainterDC() {
 
 void CPainterDC::SelectPen(const Pen& pen) {
   pen_ = pen;
-  painter_->setPen(ToQPen(pen));
+  painter_->setPen(ToQPen(pen, image_ != nullptr));
 }
 
 void CPainterDC::SelectSolidBrush(COLORREF colour) {
