@@ -55,6 +55,23 @@ void PutPlus(std::uint32_t* middle, std::ptrdiff_t stride, int arm, std::uint32_
   for (int i = 1; i <= arm; ++i) middle[-i * stride] = middle[-i] = middle[i] = middle[i * stride] = colour;
 }
 
+// The same where arms differ from mark to mark: the end of a loop over them couldn't be guessed, so places are written
+// again instead.
+constexpr int kMostMixed = 4;
+void PutPlusOfAnyArm(std::uint32_t* middle, std::ptrdiff_t stride, int arm, std::uint32_t colour) {
+  middle[0] = colour;
+  for (int i = 1; i <= kMostMixed; ++i) {
+    const std::ptrdiff_t at = std::min(i, arm);
+    middle[-at * stride] = middle[-at] = middle[at] = middle[at * stride] = colour;
+  }
+}
+
+bool HaveOneArm(std::span<const PlotMark> marks) {
+  int differs = 0;
+  for (const auto& mark : marks) differs |= mark.arm ^ marks.front().arm;
+  return differs == 0;
+}
+
 DrawRect Intersect(const DrawRect& a, const DrawRect& b) {
   return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right), std::min(a.bottom, b.bottom)};
 }
@@ -154,6 +171,7 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
   };
   const auto lowest = static_cast<float>(std::min(clip.left, clip.top)) - 1e4F;
   const auto highest = static_cast<float>(std::max(clip.right, clip.bottom)) + 1e4F;
+  const bool isMixed = !HaveOneArm(marks);
   for (const auto& mark : marks) {
     const float x = mark.x * scale;
     const float y = mark.y * scale;
@@ -167,7 +185,12 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
     const bool isInside =
         left >= clip.left + arm && left + arm < clip.right && top >= clip.top + arm && top + arm < clip.bottom;
     if (thick == 1 && isInside) {
-      PutPlus(pixels + top * stride + left, stride, arm, colour);
+      auto* middle = pixels + top * stride + left;
+      if (isMixed && arm <= kMostMixed) {
+        PutPlusOfAnyArm(middle, stride, arm, colour);
+      } else {
+        PutPlus(middle, stride, arm, colour);
+      }
       continue;
     }
     fill(left - arm, top, left + thick + arm, top + thick, colour);
