@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a picture of the trace and of the histogram costs, 1600 x 900. The floor of a trace is a bare pass over its
-// column, that of the counts of selected stations one that adds their values.
+// column, in colours one over each of its two, and that of the counts of selected stations one that adds their values.
+// A histogram's picture is mostly its curve, whose floor is what Qt takes to stroke its points.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
