@@ -16,7 +16,10 @@ class DeviceAxis {
     scale_ = (plot.Data2Device(window.max)[axis] - start_) / (window.max[axis] - low_);
   }
 
-  double operator()(double world) const { return start_ + (map_.NearData(world) - low_) * scale_; }
+  void Convert(const double* world, int count, double* device) const {
+    map_.ToDataNearly(world, count, device);
+    for (int i = 0; i < count; ++i) device[i] = start_ + (device[i] - low_) * scale_;
+  }
 
  private:
   AxisMap map_;

@@ -20,14 +20,17 @@ std::vector<bool> MarkAxis(const std::vector<CPoint>& points, int CPoint::*axis)
 
 // From the anchor on, slopes narrow to those whose line passes all values between within the half width. Gives the
 // furthest value that such a line meets before no slope is left; the end when there is one to the end.
-std::size_t FindTurn(const std::vector<double>& v, std::size_t anchor, double h) {
+template <class Position>
+std::size_t FindTurn(const std::vector<double>& v, Position position, std::size_t anchor, double h) {
   const std::size_t n = v.size();
   const double from = v[anchor];
   std::size_t last = anchor + 1;
-  double low = v[last] - (from + h);
-  double high = v[last] - (from - h);
+  const double first = position(last) - position(anchor);
+  if (!(first > 0)) return last;
+  double low = (v[last] - (from + h)) / first;
+  double high = (v[last] - (from - h)) / first;
   for (std::size_t j = anchor + 2; j < n; ++j) {
-    const auto steps = static_cast<double>(j - anchor);
+    const double steps = position(j) - position(anchor);
     low = std::max(low, (v[j] - from - h) / steps);
     high = std::min(high, (v[j] - from + h) / steps);
     if (low > high) return last;
@@ -37,17 +40,36 @@ std::size_t FindTurn(const std::vector<double>& v, std::size_t anchor, double h)
   return n - 1;
 }
 
-}  // namespace
-
-std::vector<bool> MarkSleeve(const std::vector<double>& values, double halfWidth) {
+template <class Position>
+std::vector<bool> MarkTurns(const std::vector<double>& values, Position position, double halfWidth) {
   std::vector<bool> marks(values.size(), false);
   if (values.empty()) return marks;
   marks.front() = true;
   for (std::size_t anchor = 0; anchor + 1 < values.size();) {
-    anchor = FindTurn(values, anchor, halfWidth);
+    anchor = FindTurn(values, position, anchor, halfWidth);
     marks[anchor] = true;
   }
   return marks;
+}
+
+}  // namespace
+
+std::vector<bool> MarkSleeve(const std::vector<double>& values, double halfWidth) {
+  return MarkTurns(
+      values, [](std::size_t i) { return static_cast<double>(i); }, halfWidth);
+}
+
+std::vector<DrawPoint> ThinCurve(const std::vector<DrawPoint>& points, double halfWidth) {
+  std::vector<double> heights;
+  heights.reserve(points.size());
+  for (const DrawPoint& point : points) heights.push_back(point.y);
+  const auto marks = MarkTurns(
+      heights, [&](std::size_t i) { return points[i].x; }, halfWidth);
+  std::vector<DrawPoint> kept;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (marks[i]) kept.push_back(points[i]);
+  }
+  return kept;
 }
 
 std::vector<CPoint> ThinPolygon(const std::vector<CPoint>& points) {

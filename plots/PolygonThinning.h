@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/core/Geometry.h"
+#include "platform/ui/DC.h"
 
 namespace tallyscope {
 
@@ -14,5 +15,9 @@ std::vector<bool> MarkSleeve(const std::vector<double>& values, double halfWidth
 // The corners of a polygon drawn by hand, without those that hardly bend it: x and y are thinned apart, each within a
 // fortieth of its range, and what either keeps stays.
 std::vector<CPoint> ThinPolygon(const std::vector<CPoint>& points);
+
+// The points of a curve whose x rise, without those that straight runs pass within `halfWidth` above or below. The last
+// run may miss twice that, as it has to end on the last point.
+std::vector<DrawPoint> ThinCurve(const std::vector<DrawPoint>& points, double halfWidth);
 
 }  // namespace tallyscope

@@ -72,28 +72,24 @@ void StationStyles::Read(const int* stations, int count) {
 
 // From the values read last.
 
-void StationStyles::AddColours(Code* codes, int count) const {
-  const Code null = hidesNulls_ ? kHidden : Code{0};
-  for (int i = 0; i < count; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    if (valid_[at] != 0) {
-      codes[i] = static_cast<Code>((codes[i] & ~kColour) | colours_.GetIndex(values_[at]));
-    } else {
-      codes[i] |= null;
-    }
-  }
+void StationStyles::AddColours(Code* codes, int count) {
+  colours_.GetMap().GetIndices(values_.data(), count, indices_.data());
+  AddIndices(codes, count, kColour, 0);
 }
 
-void StationStyles::AddSizes(Code* codes, int count) const {
+void StationStyles::AddSizes(Code* codes, int count) {
+  sizes_.GetMap().GetIndices(values_.data(), count, indices_.data());
+  AddIndices(codes, count, kHalfMask << kHalfShift, kHalfShift);
+}
+
+// Valid values put their index into the bits `place`. Nulls come in no order that a branch could be guessed by.
+void StationStyles::AddIndices(Code* codes, int count, Code place, int shift) const {
   const Code null = hidesNulls_ ? kHidden : Code{0};
   for (int i = 0; i < count; ++i) {
     const auto at = static_cast<std::size_t>(i);
-    if (valid_[at] != 0) {
-      codes[i] =
-          static_cast<Code>((codes[i] & ~(kHalfMask << kHalfShift)) | sizes_.GetHalfSize(values_[at]) << kHalfShift);
-    } else {
-      codes[i] |= null;
-    }
+    const auto isValid = static_cast<Code>(-valid_[at]);  // all bits or none
+    const auto with = static_cast<Code>((codes[i] & ~place) | indices_[at] << shift);
+    codes[i] = static_cast<Code>((with & isValid) | ((codes[i] | null) & ~isValid));
   }
 }
 

@@ -61,8 +61,9 @@ class StationStyles {
 
   bool IsModulated() const { return colours_.IsOn() || sizes_.IsOn(); }
   void ReadAll();
-  void AddColours(Code* codes, int count) const;
-  void AddSizes(Code* codes, int count) const;
+  void AddColours(Code* codes, int count);
+  void AddSizes(Code* codes, int count);
+  void AddIndices(Code* codes, int count, Code place, int shift) const;
 
   CStats_Data& data_;
   bool hidesNulls_;
@@ -78,6 +79,7 @@ class StationStyles {
   std::array<Code, kBlock> codes_;
   std::array<double, kBlock> values_;
   std::array<unsigned char, kBlock> valid_;
+  std::array<int, kBlock> indices_;
 };
 
 }  // namespace tallyscope

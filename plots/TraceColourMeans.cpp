@@ -2,8 +2,10 @@
 #include "plots/TraceColourMeans.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
+#include "platform/core/WideVectors.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
@@ -11,6 +13,7 @@ namespace tallyscope {
 namespace {
 
 constexpr int kChunk = TraceReducer::kChunk;
+constexpr int kLanes = 8;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
@@ -18,7 +21,6 @@ constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 void TraceColourMeans::Connect(CStats_Data* data, int dim, int colourDim) {
   const auto chunks = static_cast<std::size_t>(data->GetSize() / kChunk);
   if (data == data_ && dim == dim_ && colourDim == colourDim_ && chunks == sums_.size()) return;
-  trace_.Connect(data, dim);
   colours_.Connect(data, colourDim);
   data_ = data;
   dim_ = dim;
@@ -26,29 +28,36 @@ void TraceColourMeans::Connect(CStats_Data* data, int dim, int colourDim) {
   sums_.assign(chunks, {});
 }
 
+// In lanes of their own: one sum would wait for itself.
+TALLYSCOPE_WIDE_VECTORS
+void TraceColourMeans::AddUp(const double* values, const double* colours, int count, Sum& sum) {
+  using Four [[gnu::vector_size(4 * sizeof(double))]] = double;
+  using FourAnywhere [[gnu::vector_size(4 * sizeof(double)), gnu::aligned(alignof(double)), gnu::may_alias]] = double;
+  using FourCounts [[gnu::vector_size(4 * sizeof(double))]] = std::int64_t;
+  Four totals[2]{};
+  FourCounts counts{};
+  for (int first = 0; first < count; first += kLanes) {
+    for (int half = 0; half < 2; ++half) {
+      const Four value = *reinterpret_cast<const FourAnywhere*>(values + first + 4 * half);
+      const Four colour = *reinterpret_cast<const FourAnywhere*>(colours + first + 4 * half);
+      const FourCounts both = (value == value) & (colour == colour);
+      totals[half] += both ? colour : Four{};
+      counts += both;  // -1 each
+    }
+  }
+  for (int lane = 0; lane < kLanes; ++lane) sum.total += totals[lane / 4][lane % 4];
+  for (int lane = 0; lane < 4; ++lane) sum.count -= static_cast<double>(counts[lane]);
+}
+
 TraceColourMeans::Sum TraceColourMeans::Add(int first, int count) {
   double values[kChunk];
   double colours[kChunk];
-  trace_.Read(first, count, values);
   colours_.Read(first, count, colours);
-  // In lanes of their own: one sum would wait for itself.
-  constexpr int kLanes = 8;
-  double totals[kLanes] = {};
-  double counts[kLanes] = {};
+  const bool isWhole = count == kChunk && trace_.IsKnownWhole(first / kChunk);  // then the colours alone tell
+  if (!isWhole) trace_.Read(first, count, values);
   for (int i = count; i % kLanes != 0; ++i) values[i] = colours[i] = kNone;
-  for (int first = 0; first < count; first += kLanes) {
-    for (int lane = 0; lane < kLanes; ++lane) {
-      const double colour = colours[first + lane];
-      const bool both = values[first + lane] == values[first + lane] && colour == colour;
-      totals[lane] += both ? colour : 0.0;
-      counts[lane] += both ? 1.0 : 0.0;
-    }
-  }
   Sum sum{0, 0};
-  for (int lane = 0; lane < kLanes; ++lane) {
-    sum.total += totals[lane];
-    sum.count += counts[lane];
-  }
+  AddUp(isWhole ? colours : values, colours, count, sum);
   return sum;
 }
 

@@ -13,6 +13,10 @@ class CStats_Data;
 // by. Sums of whole chunks are kept, as a TraceReducer keeps its bounds.
 class TraceColourMeans {
  public:
+  // The trace that is coloured, which must outlive this.
+  explicit TraceColourMeans(TraceReducer& trace) : trace_(trace) {}
+
+  // Connect the trace to `data` and `dim` first.
   void Connect(CStats_Data* data, int dim, int colourDim);
 
   // Over the stations from `begin` to before `end`; NaN where none has both values.
@@ -27,8 +31,9 @@ class TraceColourMeans {
   };
 
   Sum Add(int first, int count);
+  static void AddUp(const double* values, const double* colours, int count, Sum& sum);
 
-  TraceReducer trace_;
+  TraceReducer& trace_;
   TraceReducer colours_;
   CStats_Data* data_ = nullptr;
   int dim_ = 0;

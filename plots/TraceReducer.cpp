@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "platform/core/WideVectors.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/bvector.h"
 
@@ -16,23 +17,32 @@ namespace {
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargest = std::numeric_limits<double>::max();
 
-// In lanes of their own, which a wide unit takes at once.
-void WidenBy(TraceStretch& stretch, const double* values, int count) {
-  constexpr int kLanes = 8;
-  double lows[kLanes];
-  double highs[kLanes];
-  std::fill_n(lows, kLanes, stretch.lowest);
-  std::fill_n(highs, kLanes, stretch.highest);
+// In lanes of their own, which a wide unit takes at once. Gives how many are NaN.
+TALLYSCOPE_WIDE_VECTORS
+int WidenBy(TraceStretch& stretch, const double* values, int count) {
+  using Four [[gnu::vector_size(4 * sizeof(double))]] = double;
+  using FourAnywhere [[gnu::vector_size(4 * sizeof(double)), gnu::aligned(alignof(double)), gnu::may_alias]] = double;
+  using FourCounts [[gnu::vector_size(4 * sizeof(double))]] = std::int64_t;
+  Four low = stretch.lowest - Four{};
+  Four high = stretch.highest - Four{};
+  FourCounts missing{};
   int i = 0;
-  for (; i + kLanes <= count; i += kLanes) {
-    for (int lane = 0; lane < kLanes; ++lane) {
-      const double value = values[i + lane];
-      lows[lane] = value < lows[lane] ? value : lows[lane];
-      highs[lane] = value > highs[lane] ? value : highs[lane];
-    }
+  for (; i + 4 <= count; i += 4) {
+    const Four four = *reinterpret_cast<const FourAnywhere*>(values + i);
+    low = four < low ? four : low;
+    high = four > high ? four : high;
+    missing += four != four;  // -1 each
   }
-  for (int lane = 0; lane < kLanes; ++lane) stretch.Widen(lows[lane], highs[lane]);
-  for (; i < count; ++i) stretch.Widen(values[i], values[i]);
+  int all = 0;
+  for (int lane = 0; lane < 4; ++lane) {
+    stretch.Widen(low[lane], high[lane]);
+    all -= static_cast<int>(missing[lane]);
+  }
+  for (; i < count; ++i) {
+    stretch.Widen(values[i], values[i]);
+    all += static_cast<int>(values[i] != values[i]);
+  }
+  return all;
 }
 
 bool HasInfinity(const TraceStretch& stretch) {
@@ -40,12 +50,14 @@ bool HasInfinity(const TraceStretch& stretch) {
 }
 
 // Nulls become NaN, which is what all bits set are.
+TALLYSCOPE_WIDE_VECTORS
 void MarkNulls(double* values, const unsigned char* valid, int count) {
   for (int i = 0; i < count; ++i) {
     values[i] = std::bit_cast<double>(std::bit_cast<std::uint64_t>(values[i]) | (std::uint64_t{valid[i]} - 1));
   }
 }
 
+TALLYSCOPE_WIDE_VECTORS
 void MarkInfinities(double* values, int count) {
   for (int i = 0; i < count; ++i) values[i] = std::fabs(values[i]) <= kLargest ? values[i] : kNone;
 }
@@ -98,8 +110,12 @@ void TraceReducer::Connect(CStats_Data* data, int dim) {
 void TraceReducer::Read(int first, int count, double* values) {
   const int begin = std::clamp(first, 0, size_);
   const int end = std::clamp(first + count, begin, size_);
-  std::fill_n(values, count, kNone);
-  if (end == begin) return;
+  if (end == begin) {
+    std::fill_n(values, count, kNone);
+    return;
+  }
+  std::fill(values, values + (begin - first), kNone);
+  std::fill(values + (end - first), values + count, kNone);
   double* inside = values + (begin - first);
   if (count > static_cast<int>(valid_.size())) valid_.resize(static_cast<std::size_t>(count));
   const int good = data_->ReadValues(dim_, begin, end - begin, inside, valid_.data());
@@ -119,13 +135,13 @@ const TraceReducer::Range& TraceReducer::GetRange(int chunk) {
   TraceStretch stretch;
   const int good = data_->ReadValues(dim_, chunk * kChunk, kChunk, whole_.data(), valid_.data());
   if (good < kChunk) MarkNulls(whole_.data(), valid_.data(), kChunk);
-  WidenBy(stretch, whole_.data(), kChunk);
+  int missing = WidenBy(stretch, whole_.data(), kChunk);
   if (HasInfinity(stretch)) {
     stretch = {};
     MarkInfinities(whole_.data(), kChunk);
-    WidenBy(stretch, whole_.data(), kChunk);
+    missing = WidenBy(stretch, whole_.data(), kChunk);
   }
-  range = {stretch.lowest, stretch.highest};
+  range = {stretch.lowest, stretch.highest, missing == 0};
   return range;
 }
 

@@ -42,6 +42,8 @@ class TraceReducer {
   // Values of `count` stations from `first`, NaN for nulls and for what lies outside the table.
   void Read(int first, int count, double* values);
   double ReadOne(int station);
+  // Whether every station of a chunk is known to have a value.
+  bool IsKnownWhole(int chunk) const { return ranges_[static_cast<std::size_t>(chunk)].isWhole; }
 
   // Of the stations from `begin` to before `end`, which the table has.
   TraceStretch Reduce(int begin, int end);
@@ -53,6 +55,7 @@ class TraceReducer {
   struct Range {
     double low = std::numeric_limits<double>::quiet_NaN();  // NaN: not read yet; above `high`: no value
     double high = 0;
+    bool isWhole = false;
   };
 
   const Range& GetRange(int chunk);

@@ -62,13 +62,16 @@ void CUPlotX_Scatter::RenderStations(CDC& dc) {
   MarkQueue marks(dc);
   const DeviceAxis toX(*this, 0);
   const DeviceAxis toY(*this, 1);
+  double x[StationWalk::kBlock];
+  double y[StationWalk::kBlock];
   while (walk.Next()) {
     styles.Read(walk.Stations(), walk.GetCount());
+    toX.Convert(walk.X(), walk.GetCount(), x);
+    toY.Convert(walk.Y(), walk.GetCount(), y);
     for (int i = 0; i < walk.GetCount(); ++i) {
       const auto style = styles.Get(i);
       if (!style.shown) continue;
-      const PlotMark mark{static_cast<float>(toX(walk.X()[i])), static_cast<float>(toY(walk.Y()[i])), style.colour,
-                          style.half};
+      const PlotMark mark{static_cast<float>(x[i]), static_cast<float>(y[i]), style.colour, style.half};
       if (style.selected) {
         marks.PutSelected(mark);
       } else {
@@ -113,10 +116,14 @@ int CUPlotX_Scatter::GetClosestStation(const XVector& world, CSize tolerance) {
   double best = 1e20;  // squared pixels
   StationWalk walk(*search, {Device2World(at[0] - tolerance.cx, at[1] + tolerance.cy),
                              Device2World(at[0] + tolerance.cx, at[1] - tolerance.cy), 1});
+  double x[StationWalk::kBlock];
+  double y[StationWalk::kBlock];
   while (walk.Next()) {
+    toX.Convert(walk.X(), walk.GetCount(), x);
+    toY.Convert(walk.Y(), walk.GetCount(), y);
     for (int i = 0; i < walk.GetCount(); ++i) {
-      const double dx = toX(walk.X()[i]) - at[0];
-      const double dy = toY(walk.Y()[i]) - at[1];
+      const double dx = x[i] - at[0];
+      const double dy = y[i] - at[1];
       const double distance = dx * dx + dy * dy;
       if (!(distance < best)) continue;
       best = distance;

@@ -7,6 +7,7 @@
 #include "outside/plot/UPlotX_Container.h"
 #include "plots/ClampIndex.h"
 #include "plots/LegendEntry.h"
+#include "plots/PolygonThinning.h"
 #include "plots/UPlotX_Uni_Histogram.h"
 #include "statistics/Stats_Univariate.h"
 
@@ -20,7 +21,8 @@ constexpr COLORREF kGreen = 0xff00;
 constexpr COLORREF kBlue = 0xff0000;
 constexpr int kPixelsPerBar = 3;  // about, at least
 constexpr double kMostPixels = 1e9;
-constexpr double kNear = 0.5;  // pixels
+constexpr double kNear = 0.5;    // pixels
+constexpr double kSleeve = 0.1;  // device pixels
 
 }  // namespace
 
@@ -149,7 +151,8 @@ void CUPlotX_Uni_Histogram::FillBar(CDC& dc, const DrawRect& bar, double selecte
 }
 
 // From the bin before the first shown to the one after the last: the line comes in from outside the frame. Points that
-// no one could tell from the last one are left out.
+// no one could tell from the last one are left out, and so are those of straight runs: stroking is what a histogram's
+// repaint costs, and it costs by the point.
 void CUPlotX_Uni_Histogram::DrawCurve(CDC& dc, const Bars& bars) {
   std::vector<DrawPoint> points;
   const int last = std::min(bars.last + 1, GetHistogram()->GetBinCount() - 1);
@@ -161,7 +164,7 @@ void CUPlotX_Uni_Histogram::DrawCurve(CDC& dc, const Bars& bars) {
     if (!near) points.push_back(point);
   }
   dc.SelectPen({PenStyle::kSolid, 2, ForPaper(kGreen)});
-  dc.Polyline(points);
+  dc.Polyline(ThinCurve(points, kSleeve / dc.GetScale()));
 }
 
 void CUPlotX_Uni_Histogram::DrawQuartiles(CDC& dc) {

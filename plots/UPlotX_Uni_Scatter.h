@@ -51,7 +51,7 @@ class CUPlotX_Uni_Scatter : public CUPlotX_Tallyscope {
   bool PutHover(CPoint point);
 
   TraceReducer reducer_;
-  TraceColourMeans means_;
+  TraceColourMeans means_{reducer_};
 };
 
 }  // namespace tallyscope

@@ -21,6 +21,15 @@ struct StepMap {
     if (!(index > 0)) return 0;  // NaN too
     return index >= count - 1 ? count - 1 : static_cast<int>(index);
   }
+  // Many at once, without branches.
+  void GetIndices(const double* values, int many, int* indices) const {
+    const double last = count - 1;
+    for (int i = 0; i < many; ++i) {
+      double index = (values[i] - low) / step;
+      index = index > 0 ? index : 0;
+      indices[i] = static_cast<int>(index < last ? index : last);
+    }
+  }
 };
 
 // A field's values to the 256 colours of a table.
@@ -31,7 +40,7 @@ class ColourModulation {
       : map_{low, (high - low) * 0.00390625, 256}, table_(&table) {}
 
   bool IsOn() const { return table_ != nullptr && map_.IsOn(); }
-  int GetIndex(double value) const { return map_.GetIndex(value); }  // in the table
+  const StepMap& GetMap() const { return map_; }  // to places in the table
   COLORREF GetColour(double value) const { return (*table_)[static_cast<std::size_t>(map_.GetIndex(value))]; }
 
  private:
@@ -47,6 +56,7 @@ class SizeModulation {
 
   bool IsOn() const { return map_.IsOn(); }
   int GetHalfSize(double value) const { return map_.GetIndex(value); }
+  const StepMap& GetMap() const { return map_; }  // to half sizes
 
  private:
   StepMap map_;

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cmath>
-#include <numbers>
-
 namespace tallyscope {
 
 // How values of one axis become evenly spaced ones. A logarithmic axis is linear within its band, so that zero and
@@ -15,13 +12,9 @@ struct AxisMap {
   double band = 1.0;  // half width of the linear band, above 0
 
   double ToData(double world) const;
-  // The same but for rounding, for loops over many values.
-  double NearData(double world) const {
-    if (!IsLogarithmic()) return world;
-    const double scaled = world / band;
-    const double size = std::fabs(scaled);
-    return size <= 1 ? scaled : std::copysign(1 + std::log(size) * std::numbers::log10e, scaled);
-  }
+  // Many at once: the same but for the last bits, and NaN for infinities on a logarithmic axis. `data`
+  // may be `world`.
+  void ToDataNearly(const double* world, int count, double* data) const;
   double ToWorld(double data) const;
   bool IsLogarithmic() const { return mapping == kLogarithmic; }
   bool operator==(const AxisMap&) const = default;

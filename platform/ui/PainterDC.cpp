@@ -30,7 +30,11 @@ QPolygonF ToQPolygon(std::span<const DrawPoint> points) {
   return polygon;
 }
 
-QPen ToQPen(const Pen& pen) {
+// In an image the corner of a thin line is as good cut off as rounded, and that is half the work of stroking a long
+// one. Paper may be looked at closely.
+constexpr double kCutCorners = 2;  // up to this width
+
+QPen ToQPen(const Pen& pen, bool inImage) {
   if (pen.style == PenStyle::kNone) return QPen(Qt::NoPen);
   QPen made(ToQColor(pen.colour), std::max(pen.width, 1.0));
   if (pen.style == PenStyle::kDash) made.setDashPattern({4, 3});
@@ -38,12 +42,42 @@ QPen ToQPen(const Pen& pen) {
   made.setCapStyle(pen.ends == PenEnds::kRound && pen.style == PenStyle::kSolid && pen.width > 1 ? Qt::RoundCap
                    : pen.ends == PenEnds::kSquare                                                ? Qt::SquareCap
                                                                                                  : Qt::FlatCap);
-  made.setJoinStyle(Qt::RoundJoin);
+  made.setJoinStyle(inImage && pen.width <= kCutCorners ? Qt::BevelJoin : Qt::RoundJoin);
   return made;
 }
 
 double RoundToHalf(double at) {
   return std::round(at * 2) / 2;
+}
+
+// To the nearest whole number, halves up. Without a call of floor for each of millions.
+int RoundUp(float value) {
+  const float more = value + 0.5F;
+  const int whole = static_cast<int>(more);
+  return whole - static_cast<int>(more < static_cast<float>(whole));
+}
+
+// A plus of single pixels, all of which are in the image.
+void PutPlus(std::uint32_t* middle, std::ptrdiff_t stride, int arm, std::uint32_t colour) {
+  middle[0] = colour;
+  for (int i = 1; i <= arm; ++i) middle[-i * stride] = middle[-i] = middle[i] = middle[i * stride] = colour;
+}
+
+// The same where arms differ from mark to mark: the end of a loop over them couldn't be guessed, so places are written
+// again instead.
+constexpr int kMostMixed = 4;
+void PutPlusOfAnyArm(std::uint32_t* middle, std::ptrdiff_t stride, int arm, std::uint32_t colour) {
+  middle[0] = colour;
+  for (int i = 1; i <= kMostMixed; ++i) {
+    const std::ptrdiff_t at = std::min(i, arm);
+    middle[-at * stride] = middle[-at] = middle[at] = middle[at * stride] = colour;
+  }
+}
+
+bool HaveOneArm(std::span<const PlotMark> marks) {
+  int differs = 0;
+  for (const auto& mark : marks) differs |= mark.arm ^ marks.front().arm;
+  return differs == 0;
 }
 
 DrawRect Intersect(const DrawRect& a, const DrawRect& b) {
@@ -73,7 +107,7 @@ CPainterDC::~CPainterDC() {
 
 void CPainterDC::SelectPen(const Pen& pen) {
   pen_ = pen;
-  painter_->setPen(ToQPen(pen));
+  painter_->setPen(ToQPen(pen, image_ != nullptr));
 }
 
 void CPainterDC::SelectSolidBrush(COLORREF colour) {
@@ -145,20 +179,26 @@ void CPainterDC::PutMarksInImage(std::span<const PlotMark> marks) {
   };
   const auto lowest = static_cast<float>(std::min(clip.left, clip.top)) - 1e4F;
   const auto highest = static_cast<float>(std::max(clip.right, clip.bottom)) + 1e4F;
+  const bool isMixed = !HaveOneArm(marks);
   for (const auto& mark : marks) {
     const float x = mark.x * scale;
     const float y = mark.y * scale;
     if (!(x > lowest && x < highest && y > lowest && y < highest)) continue;  // NaN too
-    const int left = static_cast<int>(std::floor(x + 0.5F));
-    const int top = static_cast<int>(std::floor(y + 0.5F));
+    const int left = RoundUp(x);
+    const int top = RoundUp(y);
     const int arm = mark.arm * thick;
     const auto colour = 0xff000000U | static_cast<std::uint32_t>(GetRValue(mark.colour)) << 16 |
                         static_cast<std::uint32_t>(GetGValue(mark.colour)) << 8 |
                         static_cast<std::uint32_t>(GetBValue(mark.colour));
-    if (thick == 1 && arm == 1 && left > clip.left && left + 1 < clip.right && top > clip.top &&
-        top + 1 < clip.bottom) {
+    const bool isInside =
+        left >= clip.left + arm && left + arm < clip.right && top >= clip.top + arm && top + arm < clip.bottom;
+    if (thick == 1 && isInside) {
       auto* middle = pixels + top * stride + left;
-      middle[-stride] = middle[-1] = middle[0] = middle[1] = middle[stride] = colour;
+      if (isMixed && arm <= kMostMixed) {
+        PutPlusOfAnyArm(middle, stride, arm, colour);
+      } else {
+        PutPlus(middle, stride, arm, colour);
+      }
       continue;
     }
     fill(left - arm, top, left + thick + arm, top + thick, colour);

@@ -128,5 +128,31 @@ TEST(AxisMap, IsContinuousAndComesBack) {
   }
 }
 
+TEST(AxisMap, MapsManyAsItDoesOne) {
+  std::vector<double> values{0,        -0.0,      0.5, -0.5, 1, 2, 1e300, -1e300, 5e-324, 1.7976931348623157e308,
+                             INFINITY, -INFINITY, NAN};
+  for (double size = 1e-6; size < 1e12; size *= 1.0037) {
+    values.push_back(size);
+    values.push_back(-size);
+  }
+  const auto count = static_cast<int>(values.size());
+  std::vector<double> mapped(values.size());
+  for (const double band : {0.5, 1.0, 1e-9, 1e6}) {
+    const AxisMap map{AxisMap::kLogarithmic, band};
+    map.ToDataNearly(values.data(), count, mapped.data());
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      const double plain = map.ToData(values[i]);
+      if (std::isfinite(plain)) {
+        ASSERT_NEAR(mapped[i], plain, 4e-16 * std::max(1.0, std::abs(plain))) << values[i] << " by " << band;
+        ASSERT_EQ(std::signbit(mapped[i]), std::signbit(plain)) << values[i];
+      } else {
+        ASSERT_TRUE(std::isnan(mapped[i])) << values[i];
+      }
+    }
+  }
+  AxisMap().ToDataNearly(values.data(), count, mapped.data());
+  for (int i = 0; i < count; ++i) ASSERT_TRUE(mapped[i] == values[i] || std::isnan(values[i]));
+}
+
 }  // namespace
 }  // namespace tallyscope

@@ -65,6 +65,13 @@ TEST(Colour, ModulationClampsAndTruncates) {
   for (const auto& [value, half] : {std::pair{-1.0, 0}, {0.99, 0}, {1.0, 1}, {3.9, 3}, {4.0, 4}, {5.0, 4}, {99.0, 4}}) {
     EXPECT_EQ(sizes.GetHalfSize(value), half) << value;
   }
+  for (const StepMap& map : {colours.GetMap(), sizes.GetMap(), StepMap{0.1, 0.3, 256}}) {
+    std::vector<double> values{-1e300, 1e300, -INFINITY, INFINITY, NAN, -0.0};
+    for (double value = -3; value < 300; value += 0.1) values.push_back(value);
+    std::vector<int> indices(values.size());
+    map.GetIndices(values.data(), static_cast<int>(values.size()), indices.data());
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(indices[i], map.GetIndex(values[i])) << values[i];
+  }
   EXPECT_FALSE(ColourModulation(3, 3, table).IsOn());
   EXPECT_FALSE(ColourModulation(0, -1, table).IsOn());
   EXPECT_FALSE(ColourModulation(0, NAN, table).IsOn());

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <random>
+
 #include <QBuffer>
 #include <QImage>
 #include <QPainter>
@@ -82,6 +85,42 @@ TEST(PainterDC, MarksLieOnWholePixelsAtEveryScale) {
     EXPECT_EQ(CountColour(image, qRgb(255, 0, 0)), 5 * square) << scale;
     EXPECT_EQ(CountColour(image, qRgb(0, 0, 255)), 17 * square) << scale;
     EXPECT_EQ(CountColour(image, qRgb(255, 255, 255)), image.width() * image.height() - 22 * square) << scale;
+  }
+}
+
+// The pixels of one mark after the other, told by their distance from its middle.
+void PutPlainly(QImage& image, const PlotMark& mark) {
+  const int x = static_cast<int>(std::floor(mark.x + 0.5F));
+  const int y = static_cast<int>(std::floor(mark.y + 0.5F));
+  for (int row = 0; row < image.height(); ++row) {
+    for (int column = 0; column < image.width(); ++column) {
+      const int across = std::abs(column - x);
+      const int along = std::abs(row - y);
+      if ((across == 0 && along <= mark.arm) || (along == 0 && across <= mark.arm)) {
+        image.setPixel(column, row, qRgb(GetRValue(mark.colour), GetGValue(mark.colour), GetBValue(mark.colour)));
+      }
+    }
+  }
+}
+
+TEST(PainterDC, MarksOfOneArmAndOfManyLieAsTheyDoOneByOne) {
+  std::mt19937 random(11);
+  const auto place = [&random] { return static_cast<float>(static_cast<int>(random() % 200) - 20) * 0.25F; };
+  for (int most = 1; most <= 6; ++most) {
+    std::vector<PlotMark> marks;
+    for (int i = 0; i < 200; ++i) {
+      const int arm = most == 1 ? 1 : static_cast<int>(random()) % most;
+      marks.push_back({place(), place(), static_cast<COLORREF>(random() & 0xffffff), std::abs(arm)});
+    }
+    QImage image(40, 40, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QImage plain = image;
+    {
+      CPainterDC dc(image);
+      dc.PutMarks(marks);
+    }
+    for (const auto& mark : marks) PutPlainly(plain, mark);
+    EXPECT_EQ(image, plain) << "arms up to " << most;
   }
 }
 

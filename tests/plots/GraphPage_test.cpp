@@ -19,6 +19,7 @@
 #include "plots/PP_Spatial_Scatter.h"
 #include "plots/PP_Univariate_Histogram.h"
 #include "plots/PP_Univariate_Scatter.h"
+#include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "tests/support/Scratch.h"
 #include "tests/support/ScriptedModal.h"
@@ -292,6 +293,48 @@ TEST_F(GraphPage, HoverMarksAndRubberBandsLeaveTheLayerAlone) {
   EXPECT_EQ(paints(), before + 1) << "a new selection is drawn once";
   dialog.SelectRow(0, 0, 0);
   EXPECT_EQ(paints(), before + 2) << "one made in the spreadsheet too";
+}
+
+// A table has one search for the plot and the selection: were they to ask it for different planes, each gesture would
+// build it twice.
+TEST_F(GraphPage, AGestureBuildsNoSearch) {
+  class Search : public CStats_PointSearch {
+   public:
+    using CStats_PointSearch::CStats_PointSearch;
+    void ReadPoints(int first, int count, double* const* coordinates, unsigned char* valid) override {
+      ++builds;
+      CStats_PointSearch::ReadPoints(first, count, coordinates, valid);
+    }
+    int builds = 0;  // a few stations are read at once
+  };
+  class Table : public WrittenTable {
+   public:
+    using WrittenTable::WrittenTable;
+    CStats_PointSearch* GetPointSearch() override { return &search; }
+    void DestroyPointSearch() override { search.SetPartitioned(false); }
+    Search search{this};
+  };
+  Table counted(2, {{"x", {10, 20, 30, 40, 50}},
+                    {"y", {5, 4, 3, 2, 1}},
+                    {"Cu", {3.5, 1.25, 9, 7, 5}},
+                    {"Pb", {200, 250, 100, 400, 300}}});
+  OpenWorkbench dialog(counted);
+  Open(dialog);
+  for (const char* mode : {"Bivariate", "Spatial"}) {
+    SCOPED_TRACE(mode);
+    dialog.ChooseMode(mode);
+    auto& page = Page(dialog);
+    Canvas(page).grab();
+    const int before = counted.search.builds;
+    EXPECT_GT(before, 0);
+    Press(page, kGraphSelectRect);
+    const CRect frame = page.GetPlot()->GetFrame();
+    Drag(page, {frame.left + 2, frame.top + 2}, {frame.right - 2, frame.bottom - 2});
+    Canvas(page).grab();
+    EXPECT_EQ(Selected(dialog), "11111");
+    EXPECT_EQ(counted.search.builds, before);
+    Press(page, kGraphClearSelection);
+  }
 }
 
 TEST_F(GraphPage, TheKeyboardWalksSelectsAndZooms) {

@@ -118,5 +118,43 @@ TEST(PolygonThinning, LeavesAFractionOfALongLasso) {
   EXPECT_GT(kept.size(), 12U);
 }
 
+// Uneven steps in x, smooth stretches and rough ones.
+std::vector<DrawPoint> Curve(unsigned seed) {
+  std::mt19937 random(seed);
+  std::vector<DrawPoint> points;
+  double x = 0;
+  for (int i = 0; i < 400; ++i) {
+    x += 0.25 * static_cast<double>(random() % 8);  // some straight up
+    const double noise = i % 100 < 30 ? 0.01 * static_cast<double>(random() % 100) : 0;
+    points.push_back({x, 300 * std::sin(x * 0.01) + noise});
+  }
+  return points;
+}
+
+double GetHeight(const DrawPoint& a, const DrawPoint& b, double x) {
+  return a.y + (b.y - a.y) * (x - a.x) / (b.x - a.x);
+}
+
+TEST(CurveThinning, StaysWithinItsSleeve) {
+  constexpr double kSleeve = 0.1;
+  for (unsigned seed = 0; seed < 200; ++seed) {
+    const auto points = Curve(seed);
+    const auto kept = ThinCurve(points, kSleeve);
+    ASSERT_LT(kept.size(), points.size() * 3 / 4);
+    ASSERT_EQ(kept.front(), points.front());
+    ASSERT_EQ(kept.back(), points.back());
+    std::size_t run = 0;
+    for (const auto& point : points) {
+      if (run + 1 < kept.size() && point == kept[run + 1]) ++run;
+      if (point == kept[run]) continue;
+      ASSERT_LT(run + 1, kept.size()) << "kept points come from the curve, in its order";
+      const double allowed = run + 2 == kept.size() ? 2 * kSleeve : kSleeve;
+      ASSERT_NEAR(GetHeight(kept[run], kept[run + 1], point.x), point.y, allowed + 1e-9) << "seed " << seed;
+    }
+  }
+  EXPECT_EQ(ThinCurve({}, 1), std::vector<DrawPoint>());
+  EXPECT_EQ(ThinCurve({{1, 2}}, 1), (std::vector<DrawPoint>{{1, 2}}));
+}
+
 }  // namespace
 }  // namespace tallyscope
