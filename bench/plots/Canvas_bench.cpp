@@ -12,7 +12,6 @@
 #include <QToolButton>
 
 #include "outside/plot/PlotCanvas.h"
-#include "platform/ui/WinApp.h"
 #include "plots/GraphControls.h"
 #include "plots/PP_Base_Graph.h"
 #include "tests/support/Made.h"
@@ -125,11 +124,3 @@ BENCHMARK(ToolChangeAndRepaint)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tallyscope
-
-int main(int argc, char** argv) {
-  QApplication application(argc, argv);
-  tallyscope::SetProfile(std::make_unique<tallyscope::CMemoryProfile>());
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

@@ -9,12 +9,10 @@
 #include <memory>
 #include <vector>
 
-#include <QApplication>
 #include <QImage>
 
 #include "outside/plot/UPlotX_Container.h"
 #include "platform/ui/PainterDC.h"
-#include "platform/ui/WinApp.h"
 #include "plots/UPlotX_Bi_Scatter.h"
 #include "plots/UPlotX_St_Scatter.h"
 #include "spatial/Stats_PointSearch.h"
@@ -239,11 +237,3 @@ BENCHMARK(HoverPickInTheCrowd)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 }  // namespace tallyscope
-
-int main(int argc, char** argv) {
-  QApplication application(argc, argv);
-  tallyscope::SetProfile(std::make_unique<tallyscope::CMemoryProfile>());
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

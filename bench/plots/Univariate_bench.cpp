@@ -9,7 +9,6 @@
 #include <memory>
 #include <vector>
 
-#include <QGuiApplication>
 #include <QImage>
 
 #include "outside/plot/UPlotX_Container.h"
@@ -202,10 +201,3 @@ BENCHMARK(ResetSelCount)->ArgName("all")->Arg(100)->Arg(0)->Unit(benchmark::kMil
 
 }  // namespace
 }  // namespace tallyscope
-
-int main(int argc, char** argv) {
-  QGuiApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}

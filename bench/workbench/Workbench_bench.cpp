@@ -6,11 +6,9 @@
 #include <cstring>
 #include <memory>
 
-#include <QApplication>
 #include <QImage>
 #include <QScrollBar>
 
-#include "platform/ui/WinApp.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/TSSelectGridCtrl.h"
@@ -83,11 +81,3 @@ BENCHMARK(ScrollAFrame)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace tallyscope
-
-int main(int argc, char** argv) {
-  QApplication application(argc, argv);
-  tallyscope::SetProfile(std::make_unique<tallyscope::CMemoryProfile>());
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
-}
