@@ -23,8 +23,12 @@ void TraceRaster::LineTo(DrawPoint point) {
   place_ = {std::round(point.x * scale_), std::round(point.y * scale_)};
   if (place_.x == from.x) return Cover(from.x, from.y, place_.y);
   const double slope = (place_.y - from.y) / (place_.x - from.x);
+  const double first = std::max(from.x, limits_.left);
   const double last = std::min(place_.x, limits_.right);
-  for (double column = std::max(from.x, limits_.left); column <= last; ++column) {
+  if (last < first) return;
+  const int columns = static_cast<int>(last - first);
+  for (int i = 0; i <= columns; ++i) {
+    const double column = first + i;
     const double enters = std::max(column - 0.5, from.x);
     const double leaves = std::min(column + 0.5, place_.x);
     Cover(column, from.y + (enters - from.x) * slope, from.y + (leaves - from.x) * slope);

@@ -81,7 +81,9 @@ AxisTicks MakeEven(double low, double high, int most) {
   const double last = std::ceil(high / step.step);
   if (!(std::max(std::abs(first), std::abs(last)) < kMostSteps)) return MakeEnds(low, high);
   const double slack = (high - low) * 1e-9;
-  for (double i = first; i <= last; ++i) {
+  const int count = static_cast<int>(last - first);
+  for (int major = 0; major <= count; ++major) {
+    const double i = first + major;
     for (int minor = 0; minor < step.minors; ++minor) {
       const double value = (i + double(minor) / step.minors) * step.step;
       if (value < low - slack || value > high + slack) continue;

@@ -71,7 +71,7 @@ CString ShortenTitle(CDC& dc, const CString& title, int room) {
 // The power of ten stays whole, since the axis can't be read without it.
 CString MakeTitle(CDC& dc, const CString& title, int exponent, int room) {
   if (exponent == 0) return ShortenTitle(dc, title, room);
-  const CString power = "(×10" + Superscript(exponent) + ")";
+  CString power = "(×10" + Superscript(exponent) + ")";
   if (title.empty()) return power;
   return ShortenTitle(dc, title, room - dc.GetTextExtent("  " + power).cx) + "  " + power;
 }
