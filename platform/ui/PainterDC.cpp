@@ -11,12 +11,15 @@
 #include <QPainterPath>
 
 #include "platform/ui/Contrast.h"
+#include "platform/ui/SegmentClip.h"
 #include "platform/ui/Wnd.h"
 
 namespace tallyscope {
 
 namespace {
 
+constexpr double kBeyond = 64;  // pixels
+constexpr double kFar = 1e5;
 constexpr int kMostStrokes = 20000;  // ends of strokes in one path
 
 QRectF ToQRect(const DrawRect& rect) {
@@ -117,9 +120,17 @@ void CPainterDC::SelectSolidBrush(COLORREF colour) {
 // A level or upright line lies on whole device pixels; with antialiasing it would smear over two rows.
 void CPainterDC::LineTo(double x, double y) {
   const bool straight = x == place_.x || y == place_.y;
+  DrawPoint from = place_;
+  DrawPoint to{x, y};
+  place_ = to;
+  if (!ClipSegment(from, to, GetReach())) return;
   painter_->setRenderHint(QPainter::Antialiasing, !straight);
-  painter_->drawLine(QPointF(place_.x, place_.y), QPointF(x, y));
-  place_ = {x, y};
+  painter_->drawLine(QPointF(from.x, from.y), QPointF(to.x, to.y));
+}
+
+// The clip, and room beyond it for a wide line and its joins: what lies outside is not seen.
+DrawRect CPainterDC::GetReach() const {
+  return Grown(clips_.back(), kBeyond + 2 * pen_.width);
 }
 
 void CPainterDC::FillSolidRect(const DrawRect& rect, COLORREF colour) {
@@ -138,13 +149,39 @@ void CPainterDC::FillSolidRect(const DrawRect& rect, COLORREF colour) {
 }
 
 void CPainterDC::Polygon(std::span<const DrawPoint> points) {
+  const DrawRect reach = GetReach();
+  if (std::none_of(points.begin(), points.end(), [&](const auto& point) { return Contains(reach, point); })) {
+    const DrawRect far = Grown(reach, kFar);  // a large one may lie round all of the clip
+    if (!std::all_of(points.begin(), points.end(), [&](const auto& point) { return Contains(far, point); })) return;
+  }
   painter_->setRenderHint(QPainter::Antialiasing, true);
   painter_->drawPolygon(ToQPolygon(points));
 }
 
 void CPainterDC::Polyline(std::span<const DrawPoint> points) {
   painter_->setRenderHint(QPainter::Antialiasing, true);
-  painter_->drawPolyline(ToQPolygon(points));
+  const DrawRect reach = GetReach();
+  if (std::all_of(points.begin(), points.end(), [&](const auto& point) { return Contains(reach, point); })) {
+    painter_->drawPolyline(ToQPolygon(points));
+    return;
+  }
+  QPolygonF seen;  // a run of segments, each of which starts where the last one ended
+  const auto flush = [&] {
+    if (seen.size() > 1) painter_->drawPolyline(seen);
+    seen.clear();
+  };
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    DrawPoint from = points[i - 1];
+    DrawPoint to = points[i];
+    if (!ClipSegment(from, to, reach)) {
+      flush();
+      continue;
+    }
+    if (seen.isEmpty()) seen << QPointF(from.x, from.y);
+    seen << QPointF(to.x, to.y);
+    if (!(to == points[i])) flush();  // it leaves here
+  }
+  flush();
 }
 
 CPainterDC::DeviceRect CPainterDC::GetDeviceClip() const {

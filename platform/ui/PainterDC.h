@@ -53,6 +53,7 @@ class CPainterDC : public CDC {
   void PutMarksByPainter(std::span<const PlotMark> marks);
   bool IsNewMark(const PlotMark& mark);
   DeviceRect GetDeviceClip() const;
+  DrawRect GetReach() const;
   void DrawTextAt(double x, double y, const QString& text);
 
   std::unique_ptr<QPainter> own_;  // null where the painter is the caller's

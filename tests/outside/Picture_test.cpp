@@ -11,6 +11,7 @@
 
 #include "outside/plot/PlotPicture.h"
 #include "platform/ui/PainterDC.h"
+#include "platform/ui/SegmentClip.h"
 #include "tests/outside/PlotTesting.h"
 #include "tests/support/Scratch.h"
 
@@ -144,6 +145,61 @@ TEST(PainterDC, AClipCutsMarksAndFills) {
   }
   EXPECT_EQ(image.pixel(12, 12), qRgb(255, 0, 0));
   EXPECT_EQ(image.pixel(12, 15), qRgb(0, 0, 255));
+}
+
+// Far ends cost nothing and change nothing of what is seen.
+TEST(PainterDC, LinesThatRunFarAreDrawnAsTheirSeenParts) {
+  const auto draw = [](double far) {
+    QImage image(200, 100, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    CPainterDC dc(image);
+    const DrawClip clip(dc, {10, 10, 190, 90});
+    dc.SelectPen({PenStyle::kSolid, 3, 0xff});
+    const DrawPoint points[] = {{-far, 50 - far / 10}, {100, 60}, {100 + far, 60 - far / 5}, {NAN, 5}};
+    dc.Polyline(points);
+    dc.MoveTo(150, -far);
+    dc.LineTo(150, far);
+    const DrawPoint off[] = {{far, far}, {far + 5, far}, {far, far + 5}};
+    dc.SelectSolidBrush(0xff);
+    dc.Polygon(off);
+    return image;
+  };
+  const QImage near = draw(300);
+  EXPECT_GT(CountColour(near, qRgb(255, 0, 0)), 300);
+  for (const double far : {3e3, 3e5, 3e9, 3e15}) {
+    const QImage image = draw(far);
+    int differing = 0;
+    for (int y = 0; y < 100; ++y) {
+      for (int x = 0; x < 200; ++x)
+        differing += std::abs(qGreen(image.pixel(x, y)) - qGreen(near.pixel(x, y))) > 128 ? 1 : 0;
+    }
+    EXPECT_LT(differing, 40) << far << ": the same slopes through the same places";
+  }
+}
+
+TEST(SegmentClip, CutsAtTheSides) {
+  const DrawRect rect{0, 0, 10, 10};
+  const struct {
+    DrawPoint from, to, cutFrom, cutTo;
+    bool seen;
+  } rows[] = {{{-5, 5}, {15, 5}, {0, 5}, {10, 5}, true},
+              {{2, 3}, {4, 5}, {2, 3}, {4, 5}, true},
+              {{-5, -5}, {15, 15}, {0, 0}, {10, 10}, true},
+              {{5, 20}, {5, -20}, {5, 10}, {5, 0}, true},
+              {{-5, 5}, {5, 15}, {0, 10}, {0, 10}, true},
+              {{-5, 6}, {5, 16}, {-5, 6}, {5, 16}, false},
+              {{11, 0}, {11, 10}, {11, 0}, {11, 10}, false},
+              {{0, 0}, {0, 10}, {0, 0}, {0, 10}, true},
+              {{3, 3}, {3, 3}, {3, 3}, {3, 3}, true},
+              {{3, 13}, {3, 13}, {3, 13}, {3, 13}, false},
+              {{1, 1}, {INFINITY, 1}, {1, 1}, {INFINITY, 1}, false}};
+  for (const auto& row : rows) {
+    DrawPoint from = row.from;
+    DrawPoint to = row.to;
+    EXPECT_EQ(ClipSegment(from, to, rect), row.seen) << row.from.x << " " << row.from.y;
+    EXPECT_EQ(from, row.cutFrom);
+    EXPECT_EQ(to, row.cutTo);
+  }
 }
 
 TEST(PainterDC, RectanglesThatTouchLeaveNoGap) {
