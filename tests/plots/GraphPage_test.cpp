@@ -534,9 +534,12 @@ TEST_F(GraphPage, FollowsADarkPalette) {
   auto& page = Page(dialog);
   const QImage image = Canvas(page).grab().toImage();
   const double ratio = image.devicePixelRatio();
-  const auto colourAt = [&](QPoint at) { return image.pixelColor(int(at.x() * ratio), int(at.y() * ratio)); };
-  EXPECT_EQ(colourAt(At(page, 30, 3)), QColor(252, 252, 252)) << "a mark";
-  EXPECT_EQ(colourAt(QPoint(2, 2)), QColor(27, 30, 32)) << "paper";
+  const auto colourAt = [&](QPointF at) {
+    return image.pixelColor(int(std::lround(at.x() * ratio)), int(std::lround(at.y() * ratio)));
+  };
+  const auto mark = page.GetPlot()->World2Device(30, 3);
+  EXPECT_EQ(colourAt({mark[0], mark[1]}), QColor(252, 252, 252)) << "a mark";
+  EXPECT_EQ(colourAt({2, 2}), QColor(27, 30, 32)) << "paper";
   QApplication::setPalette(light);
 }
 
