@@ -6,6 +6,7 @@
 
 #include "outside/plot/AxisTicks.h"
 #include "outside/plot/PlotAxes.h"
+#include "outside/plot/PlotDrawing.h"
 #include "platform/ui/PainterDC.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Data.h"
@@ -30,18 +31,6 @@ void StartText(CDC& dc, COLORREF colour, TextAlign align, TextLine line) {
   dc.SetTextAlign(align, line);
 }
 
-// The name, shortened to the room.
-CString Shorten(CDC& dc, const CString& name, int room) {
-  CString text = name;
-  while (text.size() > 1 && dc.GetTextExtent(text + "…").cx > room) {
-    do {
-      text.pop_back();
-    } while (!text.empty() && (text.back() & 0xC0) == 0x80);
-    if (dc.GetTextExtent(text + "…").cx <= room) return text + "…";
-  }
-  return text;
-}
-
 void DrawBar(CDC& dc, const DrawRect& bar, bool upright, const std::vector<COLORREF>& table, COLORREF frame) {
   const double span = upright ? bar.bottom - bar.top : bar.right - bar.left;
   const int pieces = std::max(1, std::min(static_cast<int>(span * dc.GetScale()), 256));
@@ -54,12 +43,7 @@ void DrawBar(CDC& dc, const DrawRect& bar, bool upright, const std::vector<COLOR
       dc.FillSolidRect({bar.left + from, bar.top, bar.right, bar.bottom}, colour);
     }
   }
-  dc.SelectPen({PenStyle::kSolid, 1, frame});
-  dc.MoveTo(bar.left, bar.top);
-  dc.LineTo(bar.right, bar.top);
-  dc.LineTo(bar.right, bar.bottom);
-  dc.LineTo(bar.left, bar.bottom);
-  dc.LineTo(bar.left, bar.top);
+  DrawOutline(dc, bar, frame);
 }
 
 // To three digits of the range.
@@ -79,7 +63,7 @@ int DrawUprightColours(CDC& dc, const ModulationLegend& legend, const CRect& roo
   const COLORREF text = plot.GetTextColour();
   const int line = MeasurePlotText(kPoints, kPlotFace, "X").cy;
   StartText(dc, text, TextAlign::kLeft, TextLine::kTop);
-  dc.TextOut(room.left, room.top, Shorten(dc, legend.colourField, room.Width()));
+  dc.TextOut(room.left, room.top, ShortenText(dc, legend.colourField, room.Width()));
   const int sizes = legend.sizeField.empty() ? 0 : (kSizes + 2) * line;
   const DrawRect bar{double(room.left), double(room.top + line + kGap), double(room.left + kBarWidth),
                      double(std::max(room.bottom - sizes - kGap, room.top + line + 3 * kGap))};
@@ -103,7 +87,7 @@ void DrawUprightSizes(CDC& dc, const ModulationLegend& legend, const CRect& room
   const COLORREF text = plot.GetTextColour();
   const int line = MeasurePlotText(kPoints, kPlotFace, "X").cy;
   StartText(dc, text, TextAlign::kLeft, TextLine::kTop);
-  dc.TextOut(room.left, top, Shorten(dc, legend.sizeField, room.Width()));
+  dc.TextOut(room.left, top, ShortenText(dc, legend.sizeField, room.Width()));
   StartText(dc, text, TextAlign::kLeft, TextLine::kMiddle);
   for (int size = 0; size < kSizes; ++size) {
     const double y = top + (size + 1.5) * line + 2;

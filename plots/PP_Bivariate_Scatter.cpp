@@ -13,8 +13,6 @@ CPP_Bivariate_Scatter::~CPP_Bivariate_Scatter() = default;
 void CPP_Bivariate_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
   SetZoomAxes(3);
-  plot_.calculator = GetDlg()->GetCalculator();
-  plot_.data = GetDlg()->GetData();
   plot_.TakeExtents();
   FinishInitialise();
 }

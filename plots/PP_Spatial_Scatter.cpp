@@ -2,7 +2,6 @@
 #include "plots/PP_Spatial_Scatter.h"
 
 #include "plots/GraphControls.h"
-#include "workbench/Dlg_Tallyscope.h"
 
 namespace tallyscope {
 
@@ -13,7 +12,6 @@ CPP_Spatial_Scatter::~CPP_Spatial_Scatter() = default;
 void CPP_Spatial_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
   SetZoomAxes(3);
-  plot_.data = GetDlg()->GetData();
   plot_.TakeExtents();
   FinishInitialise();
 }

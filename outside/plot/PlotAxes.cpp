@@ -6,6 +6,7 @@
 
 #include "files/NumberText.h"
 #include "outside/plot/AxisTicks.h"
+#include "outside/plot/PlotDrawing.h"
 #include "outside/plot/UPlotX_Container.h"
 #include "platform/ui/PainterDC.h"
 
@@ -51,29 +52,12 @@ CString Superscript(int number) {
   return text;
 }
 
-// A title that is too long for its side loses its middle.
-CString ShortenTitle(CDC& dc, const CString& title, int room) {
-  if (dc.GetTextExtent(title).cx <= room) return title;
-  auto head = title.size() / 2;
-  auto tail = title.size() - head;
-  CString shortened;
-  do {
-    if (head > 0) --head;
-    if (tail > 0) --tail;
-    while (head > 0 && (title[head] & 0xC0) == 0x80) --head;
-    std::size_t from = title.size() - tail;
-    while (from < title.size() && (title[from] & 0xC0) == 0x80) ++from;
-    shortened = title.substr(0, head) + "…" + title.substr(from);
-  } while (head + tail > 2 && dc.GetTextExtent(shortened).cx > room);
-  return shortened;
-}
-
 // The power of ten stays whole, since the axis can't be read without it.
 CString MakeTitle(CDC& dc, const CString& title, int exponent, int room) {
-  if (exponent == 0) return ShortenTitle(dc, title, room);
+  if (exponent == 0) return ShortenText(dc, title, room);
   CString power = "(×10" + Superscript(exponent) + ")";
   if (title.empty()) return power;
-  return ShortenTitle(dc, title, room - dc.GetTextExtent("  " + power).cx) + "  " + power;
+  return ShortenText(dc, title, room - dc.GetTextExtent("  " + power).cx) + "  " + power;
 }
 
 void DrawTicksX(CDC& dc, const CUPlotX& plot, const AxisTicks& made, const PlotColours& colours) {
@@ -112,15 +96,6 @@ void DrawTicksY(CDC& dc, const CUPlotX& plot, const AxisTicks& made, const PlotC
   }
 }
 
-void DrawFrame(CDC& dc, const CRect& frame, COLORREF colour) {
-  dc.SelectPen({PenStyle::kSolid, 1, colour});
-  dc.MoveTo(frame.left, frame.top);
-  dc.LineTo(frame.right, frame.top);
-  dc.LineTo(frame.right, frame.bottom);
-  dc.LineTo(frame.left, frame.bottom);
-  dc.LineTo(frame.left, frame.top);
-}
-
 }  // namespace
 
 void LayOutPlot(CUPlotX& plot, CUPlotX_Container& container) {
@@ -151,7 +126,7 @@ void DrawAxes(CDC& dc, const CUPlotX& plot, const PlotColours& colours) {
   dc.SelectPointFont(kLabelPoints, kPlotFace);
   DrawTicksX(dc, plot, ticksX, colours);
   DrawTicksY(dc, plot, ticksY, colours);
-  DrawFrame(dc, frame, colours.frame);
+  DrawOutline(dc, ToDrawRect(frame), colours.frame);
   dc.SelectPointFont(kTitlePoints, kPlotFace);
   dc.SetTextAlign(TextAlign::kCentre, TextLine::kBottom);
   const CRect client = plot.GetContainer()->GetClientRect();
