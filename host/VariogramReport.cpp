@@ -39,8 +39,8 @@ CStats_SampleVariogram& StartSession(CTallyscope& session, CHostTable& table, in
 }
 
 template <class Visit>
-void ForEachCell(const CStats_Spatial& lagGrid, const Visit& visit) {
-  for (const auto& level : lagGrid.grid) {
+void ForEachCell(const LagGrid& grid, const Visit& visit) {
+  for (const auto& level : grid) {
     for (const auto& row : level) {
       for (const auto& cell : row) visit(cell);
     }
@@ -61,8 +61,7 @@ CStats_ModelVariogram& CVariogramReport::UseModel() {
 }
 
 bool CVariogramReport::Calculate(CProgressSink* progress) {
-  sample_.CalcVariogram(0, request_.range, request_.samples, progress);
-  if ((sample_.GetFlags(0) & kLagGrid) == 0) return false;
+  if (!sample_.CalcVariogram(0, request_.range, request_.samples, progress)) return false;
   session_.GetUniStats(dim_)->Calculate(kBasicFigures, nullptr);
   if (request_.fit) MakeDefaultModel(sample_, table_.GetSpatialSize(), UseModel());
   if (request_.errorDistance && !sample_.CalcErrorVariance(0, *request_.errorDistance, progress)) return false;
@@ -81,7 +80,7 @@ bool CVariogramReport::CalculateMap(CProgressSink* progress) {
 
 long long CVariogramReport::CountPairs() {
   long long count = 0;
-  ForEachCell(sample_, [&count](const LagCell& cell) { count += cell.pairs; });
+  ForEachCell(sample_.grid, [&count](const LagCell& cell) { count += cell.pairs; });
   return count / 2;
 }
 
@@ -144,8 +143,8 @@ void CVariogramReport::PrintText(std::ostream& out) {
   if (request_.grid != GridKind::kNone) PrintGrid(out);
 }
 
-CStats_Spatial& CVariogramReport::UseGrid() {
-  return request_.grid == GridKind::kCartesian ? map_ : sample_;
+const LagGrid& CVariogramReport::UseGrid() const {
+  return request_.grid == GridKind::kCartesian ? map_.grid : sample_.grid;
 }
 
 void CVariogramReport::PrintGrid(std::ostream& out) {
@@ -156,7 +155,7 @@ void CVariogramReport::PrintGrid(std::ostream& out) {
     ++cells;
     filled += cell.count > 0 ? 1 : 0;
   });
-  const auto& count = lagGrid.lagCount;
+  const auto& count = lagGrid.GetSettings().count;
   const bool solid = table_.GetSpatialSize() >= 3;
   const bool polar = request_.grid == GridKind::kPolar;
   out << "\n"
@@ -164,14 +163,15 @@ void CVariogramReport::PrintGrid(std::ostream& out) {
       << (polar ? " azimuths" : "");
   if (solid) out << " x " << count[2] << (polar ? " dips" : "");
   const auto [low, high] = GetLagGridColourRange(lagGrid, 0);
-  out << " up to " << Figure(lagGrid.lagRange[0]) << ", " << filled << " of " << Counted(cells, "cell", "cells")
-      << " with pairs\nMoment of inertia from " << Figure(low) << " (5 %) to " << Figure(high) << " (95 %)\n";
+  out << " up to " << Figure(lagGrid.GetSettings().range[0]) << ", " << filled << " of "
+      << Counted(cells, "cell", "cells") << " with pairs\nMoment of inertia from " << Figure(low) << " (5 %) to "
+      << Figure(high) << " (95 %)\n";
 }
 
 Json CVariogramReport::DescribeGrid() {
   const auto& lagGrid = UseGrid();
   Json counts = Json::array(), moments = Json::array(), covariances = Json::array();
-  for (const auto& level : lagGrid.grid) {
+  for (const auto& level : lagGrid) {
     for (Json* values : {&counts, &moments, &covariances}) values->push_back(Json::array());
     for (const auto& row : level) {
       for (Json* values : {&counts, &moments, &covariances}) values->back().push_back(Json::array());
@@ -183,7 +183,7 @@ Json CVariogramReport::DescribeGrid() {
     }
   }
   return {{"kind", request_.grid == GridKind::kPolar ? "polar" : "cartesian"},
-          {"range", lagGrid.lagRange[0]},
+          {"range", lagGrid.GetSettings().range[0]},
           {"colourRange", GetLagGridColourRange(lagGrid, 0)},
           {"pairCount", std::move(counts)},
           {"momentOfInertia", std::move(moments)},

@@ -46,7 +46,7 @@ class CVariogramReport {
   void PrintCurve(const CurveRequest& request, std::ostream& out);
   void PrintGrid(std::ostream& out);
   nlohmann::ordered_json DescribeGrid();
-  CStats_Spatial& UseGrid();  // the calculator whose grid was asked for
+  const LagGrid& UseGrid() const;  // the one that was asked for
 
   CHostTable& table_;
   int dim_;

@@ -268,7 +268,7 @@ void LagGridFiller::Flush() {
   unflushed_ = 0;
 }
 
-void LagGridFiller::Finish(LagGrid& grid) {
+LagGrid::Cells LagGridFiller::Finish() {
   Flush();
   const auto size = [this](int axis) { return static_cast<std::size_t>(binning_.GetCount(axis)); };
   std::vector<Total> both = totals_;
@@ -280,9 +280,9 @@ void LagGridFiller::Finish(LagGrid& grid) {
     other.covariance += totals_[cell].covariance;
     other.moment += totals_[cell].moment;
   }
-  grid.assign(size(2), std::vector<std::vector<LagCell>>(size(1), std::vector<LagCell>(size(0))));
+  LagGrid::Cells cells(size(2), LagGrid::Level(size(1), LagGrid::Row(size(0))));
   std::size_t cell = 0;
-  for (auto& level : grid) {
+  for (auto& level : cells) {
     for (auto& row : level) {
       for (LagCell& out : row) {
         const Total& total = both[cell++];
@@ -295,6 +295,7 @@ void LagGridFiller::Finish(LagGrid& grid) {
       }
     }
   }
+  return cells;
 }
 
 }  // namespace tallyscope

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "spatial/LagBinning.h"
-#include "spatial/LagCell.h"
+#include "spatial/LagGrid.h"
 #include "spatial/LagStations.h"
 #include "spatial/PairKernel.h"
 
@@ -16,7 +16,7 @@ namespace tallyscope {
 //   LagStations stations(mean, filler.GetPerUnit());   // append, close blocks
 //   filler.AddPairs(stations, 0, stations, 1);
 //   filler.AddPairsWithin(stations, 0);
-//   filler.Finish(grid);
+//   LagGrid::Cells cells = filler.Finish();
 class LagGridFiller {
  public:
   // Where nearly all stations lie in a small part of a cell, `scale` parts of a cell take the place of a cell in the
@@ -29,8 +29,8 @@ class LagGridFiller {
   void AddPairs(const LagStations& firsts, int firstBlock, const LagStations& seconds, int secondBlock);
   // All pairs of two stations of a block, the earlier one first.
   void AddPairsWithin(const LagStations& stations, int block);
-  // The grid with its mirror cells, normalised: of the size that the binning says.
-  void Finish(LagGrid& grid);
+  // The cells and their mirrors, normalised: as many as the binning says.
+  LagGrid::Cells Finish();
 
  private:
   struct Total {

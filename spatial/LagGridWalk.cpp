@@ -7,14 +7,14 @@
 #include <cstdint>
 #include <numeric>
 
-#include "spatial/Stats_PointSearch.h"
+#include "spatial/LeafSearch.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
 
 namespace {
 
-using Node = CPointSearch::Node;
+using Node = PointIndex::Node;
 
 Box Widen(Box box, const Point3& range) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -84,8 +84,8 @@ bool LagGridWalk::WalkWithin(const LagStations& stations, int begin, int end) {
 
 // Through the search.
 
-void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
-  const int fields[3] = {search.GetFieldX(), search.GetFieldY(), search.GetFieldZ()};
+void LagGridWalk::GatherLeaves(const StationIndex& index) {
+  const PointIndex& points = *index.points;
   std::vector<double> values;
   std::vector<unsigned char> valid;
   std::vector<double> read[3];
@@ -103,8 +103,8 @@ void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
     for (int axis = 0; axis < 3; ++axis) {
       const int dim = source_.dims[axis];
       if (dim == kNoColumn) continue;
-      places[axis] = search.GetLeafCoordinates(*leaf, std::min(axis, search.GetDimensions() - 1));
-      if (axis < search.GetDimensions() && fields[axis] == dim) continue;
+      places[axis] = points.GetLeafCoordinates(*leaf, std::min(axis, points.axes - 1));
+      if (axis < points.axes && index.fields[static_cast<std::size_t>(axis)] == dim) continue;
       read[axis].resize(count);
       source_.data->ReadRawValuesAt(dim, leaf->points.data(), size, read[axis].data());
       places[axis] = read[axis].data();
@@ -129,25 +129,26 @@ void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
 }
 
 // Which of the leaves from this one on its box meets, in their order, which is that of the search's store.
-std::vector<int> LagGridWalk::FindLeavesWithin(CStats_PointSearch& search, int leaf, const Point3& range) {
+std::vector<int> LagGridWalk::FindLeavesWithin(const PointIndex& points, int leaf, const Point3& range) {
   const auto comesBefore = [](const Node* a, const Node* b) { return a->run < b->run; };
   const auto own = nodes_.begin() + leaf;
-  search.CollectLeavesInBox(found_, Widen((*own)->box, range), false);
+  found_.clear();
+  leaf_search::CollectInBox(found_, points.GetRoot(), points.axes, Widen((*own)->box, range), false);
   std::vector<int> near;
-  for (Node* node : found_) {
+  for (const Node* node : found_) {
     if (comesBefore(node, *own)) continue;
     near.push_back(static_cast<int>(std::lower_bound(own, nodes_.end(), node, comesBefore) - nodes_.begin()));
   }
   return near;
 }
 
-bool LagGridWalk::WalkLeaves(CStats_PointSearch& search, const Point3& range, PairProgress& progress) {
+bool LagGridWalk::WalkLeaves(const StationIndex& index, const Point3& range, PairProgress& progress) {
   progress_ = &progress;
-  search.CollectLeaves(nodes_, false);
-  GatherLeaves(search);
+  leaf_search::Collect(nodes_, index.points->GetRoot(), false, [](const Box&) { return true; });
+  GatherLeaves(index);
   const int leaves = static_cast<int>(nodes_.size());
   for (int leaf = 0; leaf < leaves; ++leaf) {
-    const std::vector<int> near = FindLeavesWithin(search, leaf, range);
+    const std::vector<int> near = FindLeavesWithin(*index.points, leaf, range);
     const bool done = stride_ == 1 ? WalkWholeLeaf(leaf, near) : WalkSampledLeaf(leaf, near);
     if (!done || !progress.Report(leaf, leaves)) return false;
   }

@@ -106,18 +106,18 @@ std::int64_t CountGrid(CMadeTable& table, const Row& row) {
     figures.Calculate(1, nullptr);
     table.GetPointSearch()->SetDefaultFields();
     table.PreparePointSearch(nullptr);
-    const LagBinning binning(variogram);
+    const LagBinning binning(variogram.GetLagSettings());
     LagGridWalk walk({&table, 0, figures.mean, {-1, -2, row.axes == 3 ? -3 : LagGridWalk::kNoColumn}}, binning, 1,
                      row.level);
     PairProgress progress(nullptr);
-    walk.WalkLeaves(*table.GetPointSearch(), variogram.lagRange, progress);
-    walk.Finish(variogram.grid);
-    table.GetPointSearch()->SetPartitioned(false);
+    walk.WalkLeaves(GetStationIndex(table), variogram.lagRange, progress);
+    variogram.grid = LagGrid(variogram.GetLagSettings(), walk.Finish());
   } else if (row.cartesian) {
     variogram.CalculateItem(0, 4, nullptr);
   } else {
     variogram.CalcVariogram(0, row.range, 0, nullptr);
   }
+  table.GetPointSearch()->SetPartitioned(false);  // so that each grid builds it
   std::int64_t count = 0;
   for (const auto& level : variogram.grid) {
     for (const auto& cells : level) {
