@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "files/NumberText.h"
+#include "host/Sentences.h"
 #include "host/TextGrid.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
@@ -83,11 +84,19 @@ CString OnOneLine(CString message) {
 }
 
 bool ReadModelForCommand(const CString& file, int dimension, CStats_ModelVariogram& model, std::ostream& err) {
+  ModelFileLines lines;
   CString error;
-  if (!LoadFromFile(model, file, error)) {
+  if (!LoadFromFile(model, file, lines, error)) {
     err << OnOneLine(error) << "\n";
     return false;
   }
+  const CString oddLine = file + ", line " + std::to_string(lines.firstOdd) + ": " + Quoted(lines.oddText);
+  if (lines.good == 0) {
+    err << (lines.firstOdd > 0 ? oddLine + " is no line of a model variogram; " : file + " is no model variogram; ")
+        << "'Model Begin', 'IsotropicNugget = NUMBER' or 'Nest Begin' was expected.\n";
+    return false;
+  }
+  if (lines.firstOdd > 0) err << oddLine << " says nothing to a model variogram and is skipped.\n";
   model.Update(dimension);
   return true;
 }

@@ -12,6 +12,7 @@
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/VariogramReport.h"
+#include "host/VariogramStations.h"
 #include "spatial/ModelVariogramFile.h"
 
 namespace tallyscope {
@@ -29,6 +30,7 @@ class CVariogramCommand : public CCommand {
  private:
   void AddCurves(CLI::App& app);
   void AddModel(CLI::App& app);
+  void TellLayout(CHostTable& table, int dim, std::ostream& err) const;
   bool Calculate(CVariogramReport& report, std::ostream& err) const;
   bool Save(CVariogramReport& report, std::ostream& err) const;
 
@@ -44,7 +46,10 @@ void CVariogramCommand::AddOptions(CLI::App& app) {
   app.add_option("--range", request_.range, "longest distance of a pair; without it from the spacing of the stations")
       ->type_name("R")
       ->check(AboveZero());
-  app.add_option("--samples", request_.samples, "take every n-th station, so that about N are left; all without it")
+  app.add_option(
+         "--samples", request_.samples,
+         "take every n-th station, n being the number of stations over N without its fraction, so that N to 2 N are "
+         "left; all without it")
       ->type_name("N")
       ->check(AboveZero());
   app.add_flag("--covariance", request_.covariance, "print the covariance beside the moment of inertia");
@@ -120,12 +125,17 @@ int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
   auto& table = *opened.table;
   const int dim = FindDimForCommand(table, request_.file, request_.field, err);
   if (dim == CHostTable::kNoDim) return kExitBadInput;
+  if (table.GetSpatialSize() == 0) {
+    err << request_.file << " has no axes, and a variogram needs distances; --x and --y name the axes.\n";
+    return kExitBadInput;
+  }
   if (request_.HasDips() && table.GetSpatialSize() < 3) {
     err << "--dip needs three axes; " << request_.file << " has " << Counted(table.GetSpatialSize(), "axis", "axes")
         << ".\n";
     return kExitBadInput;
   }
   for (const auto& warning : opened.warnings) err << warning << "\n";
+  TellLayout(table, dim, err);
   CVariogramReport report(table, dim, request_);
   if (!request_.modelFile.empty() &&
       !ReadModelForCommand(request_.modelFile, table.GetSpatialSize(), report.UseModel(), err)) {
@@ -139,6 +149,14 @@ int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
     report.PrintText(out);
   }
   return kExitDone;
+}
+
+void CVariogramCommand::TellLayout(CHostTable& table, int dim, std::ostream& err) const {
+  const StationLayout layout = FindStationLayout(table, dim);
+  if (layout == StationLayout::kFewOrSpread) return;
+  err << "All stations of " << request_.file << " with a value lie "
+      << (layout == StationLayout::kOneLine ? "on one line: there are no pairs in other directions.\n"
+                                            : "in one place: no distance is above 0.\n");
 }
 
 bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) const {
