@@ -10,6 +10,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/OperatorArgument.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/Summary.h"
@@ -50,6 +51,7 @@ class CConditionCommand : public CCommand {
   CString savedRules_;
   std::vector<CString> operators_;
   bool json_ = false;
+  bool force_ = false;
   ReaderOptions reader_;
 };
 
@@ -67,6 +69,7 @@ void CConditionCommand::AddOptions(CLI::App& app) {
       ->type_name("OUT.csv");
   app.add_option("--save-rules", savedRules_, "the file that gets the rules and operators")->type_name("FILE.dcf");
   app.add_flag("--json", json_, "print JSON, with all digits");
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
@@ -111,6 +114,7 @@ bool CConditionCommand::Suits(const CHostColumn& column, CStats_Conditioning& ru
 }
 
 int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
+  if (!MayWrite({{file_, rules_}, {target_, savedRules_}}, force_, err)) return kExitBadInput;
   CStats_Conditioning rules;
   if (!LoadRules(rules, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(file_, reader_, err);

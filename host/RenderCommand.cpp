@@ -7,6 +7,7 @@
 #include "host/Choice.h"
 #include "host/Command.h"
 #include "host/CommandTable.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/RenderRequest.h"
 
@@ -31,6 +32,7 @@ class CRenderCommand : public CCommand {
   CString field2_;
   CString colour_;
   CString size_;
+  bool force_ = false;
   ReaderOptions reader_;
 };
 
@@ -64,6 +66,7 @@ void CRenderCommand::AddOptions(CLI::App& app) {
   app.add_option("-o,--output", request_.target, "the picture: a .png, .svg or .pdf file")
       ->required()
       ->type_name("OUT.png|svg|pdf");
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
@@ -107,6 +110,7 @@ bool CRenderCommand::FindFields(CHostTable& table, std::ostream& err) {
 }
 
 int CRenderCommand::Run(std::ostream&, std::ostream& err) {
+  if (!MayWrite({{request_.file}, {request_.target}}, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(request_.file, reader_, err);
   if (!opened.table) return kExitBadInput;
   if (!FindFields(*opened.table, err)) return kExitBadInput;

@@ -5,6 +5,7 @@
 
 #include "host/Command.h"
 #include "host/CommandTable.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/SelectionPlan.h"
 #include "host/Sentences.h"
@@ -35,6 +36,7 @@ class CSelectCommand : public CCommand {
   CString target_;
   bool summary_ = false;
   bool json_ = false;
+  bool force_ = false;
   bool takes_ = true;  // what the options at hand do, while they are parsed
   CSelectionPlan plan_;
   ReaderOptions reader_;
@@ -47,6 +49,7 @@ void CSelectCommand::AddOptions(CLI::App& app) {
       ->type_name("OUT.csv");
   app.add_flag("--summary", summary_, "print the figures of the selected stations");
   app.add_flag("--json", json_, "print the summary as JSON, with all digits");
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
@@ -96,6 +99,9 @@ CString CSelectCommand::CheckOptions() const {
 }
 
 int CSelectCommand::Run(std::ostream& out, std::ostream& err) {
+  CommandFiles files{{file_}, {target_}};
+  for (const auto& polygon : plan_.GetFiles()) files.reads.push_back(polygon);
+  if (!MayWrite(files, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(file_, reader_, err);
   if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;

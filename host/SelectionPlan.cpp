@@ -171,6 +171,14 @@ bool ParseRange(const CString& text, double& low, double& high) {
   return ParseEnds(text, low, high);
 }
 
+std::vector<CString> CSelectionPlan::GetFiles() const {
+  std::vector<CString> files;
+  for (const auto& step : steps_) {
+    if (step.kind == SelectionStep::kInside) files.push_back(step.text);
+  }
+  return files;
+}
+
 CString CSelectionPlan::Check() const {
   CString field;
   double low = 0;

@@ -26,6 +26,8 @@ class CSelectionPlan {
   void Add(SelectionStep::Kind kind, const CString& text, bool takes) { steps_.push_back({kind, text, takes}); }
   bool IsEmpty() const { return steps_.empty(); }
 
+  std::vector<CString> GetFiles() const;  // the polygons' files
+
   // A sentence on the first step that can't be read; empty when all can.
   CString Check() const;
   // Appends the regions to the calculator, whose item 0 is the table. A plan that starts by taking stations out starts

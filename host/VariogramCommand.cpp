@@ -9,6 +9,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/ModelReport.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/VariogramReport.h"
@@ -33,6 +34,7 @@ class CVariogramCommand : public CCommand {
   bool Save(CVariogramReport& report, std::ostream& err) const;
 
   VariogramRequest request_;
+  bool force_ = false;
   bool strayDip_ = false;  // --dip or --width in front of every --direction
 };
 
@@ -104,6 +106,7 @@ void CVariogramCommand::AddModel(CLI::App& app) {
   app.add_option("-o,--output", request_.target, "the file that gets the fitted model")
       ->type_name("FILE.mvf")
       ->group(group);
+  AddForceFlag(app, force_);
 }
 
 CString CVariogramCommand::CheckOptions() const {
@@ -115,6 +118,7 @@ CString CVariogramCommand::CheckOptions() const {
 }
 
 int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
+  if (!MayWrite({{request_.file}, {request_.target}}, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(request_.file, request_.reader, err);
   if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;

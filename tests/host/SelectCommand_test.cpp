@@ -240,7 +240,7 @@ TEST(SelectCommand, WritesOverItsOwnTableAndThroughLinks) {
   const std::string link = scratch.folder + "/link.csv";
   std::filesystem::create_symlink("ten.csv", link);
   std::filesystem::permissions(file, std::filesystem::perms(0640));
-  EXPECT_EQ(Select({file, "--rows", "2..2", "-o", link}).code, kExitDone);
+  EXPECT_EQ(Select({file, "--rows", "2..2", "-o", link, "--force"}).code, kExitDone);
   EXPECT_TRUE(std::filesystem::is_symlink(link));
   EXPECT_EQ(ReadAll(file), "x,y,v,id\n2,0,20,2\n");
   EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
