@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/ModelReport.h"
 
-#include <algorithm>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
 #include "files/NumberText.h"
+#include "host/Sentences.h"
 #include "host/TextGrid.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
@@ -77,15 +77,10 @@ nlohmann::ordered_json DescribeModel(const CStats_ModelVariogram& model) {
           {"dimension", model.dimension}};
 }
 
-CString OnOneLine(CString message) {
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  return message;
-}
-
 bool ReadModelForCommand(const CString& file, int dimension, CStats_ModelVariogram& model, std::ostream& err) {
   CString error;
   if (!LoadFromFile(model, file, error)) {
-    err << OnOneLine(error) << "\n";
+    Say(err, OnOneLine(error));
     return false;
   }
   model.Update(dimension);

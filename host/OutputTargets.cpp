@@ -11,6 +11,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/Sentences.h"
+
 namespace tallyscope {
 
 namespace {
@@ -53,7 +55,8 @@ CString DescribeClash(const CommandFiles& files) {
     }
     for (const auto& input : files.reads) {
       if (Identify(input, STDIN_FILENO) != target) continue;
-      const CString same = input == path ? CString() : " is the same file as " + Name(input, "standard input") + ", which";
+      const CString same =
+          input == path ? CString() : " is the same file as " + Name(input, "standard input") + ", which";
       return name + same + " is read: it would be written over";
     }
     written.emplace_back(*target, name);
@@ -70,7 +73,7 @@ void AddForceFlag(CLI::App& app, bool& force) {
 bool MayWrite(const CommandFiles& files, bool force, std::ostream& err) {
   const CString clash = force ? CString() : DescribeClash(files);
   if (clash.empty()) return true;
-  err << clash << ". Choose another name, or give --force.\n";
+  Say(err, clash + ". Choose another name, or give --force.");
   return false;
 }
 

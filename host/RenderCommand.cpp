@@ -10,6 +10,7 @@
 #include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/RenderRequest.h"
+#include "host/Sentences.h"
 
 namespace tallyscope {
 
@@ -97,13 +98,13 @@ bool CRenderCommand::FindFields(CHostTable& table, std::ostream& err) {
   if (!find(field2_, second, request_.field2)) return false;
   if (!find(colour_, request_.colour, request_.colour) || !find(size_, request_.size, request_.size)) return false;
   if (request_.page == RenderPage::kMap && table.GetSpatialSize() < 2) {
-    err << request_.file << " has no two axes for a map; name them by --x and --y.\n";
+    Say(err, request_.file + " has no two axes for a map; name them by --x and --y.");
     return false;
   }
   const int least = table.GetSpatialSize() > 0 ? -table.GetSpatialSize() : 0;
   if (std::min(request_.field, request_.page == RenderPage::kBiScatter ? request_.field2 : 0) < least ||
       (fields == 0 && table.GetSpatialSize() == 0)) {
-    err << request_.file << " has too few columns of numbers for this plot.\n";
+    Say(err, request_.file + " has too few columns of numbers for this plot.");
     return false;
   }
   return true;
@@ -114,7 +115,7 @@ int CRenderCommand::Run(std::ostream&, std::ostream& err) {
   OpenedTable opened = OpenForCommand(request_.file, reader_, err);
   if (!opened.table) return kExitBadInput;
   if (!FindFields(*opened.table, err)) return kExitBadInput;
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   return RunRender(*opened.table, request_, err);
 }
 

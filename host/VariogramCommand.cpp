@@ -125,11 +125,11 @@ int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
   const int dim = FindDimForCommand(table, request_.file, request_.field, err);
   if (dim == CHostTable::kNoDim) return kExitBadInput;
   if (request_.HasDips() && table.GetSpatialSize() < 3) {
-    err << "--dip needs three axes; " << request_.file << " has " << Counted(table.GetSpatialSize(), "axis", "axes")
-        << ".\n";
+    Say(err,
+        "--dip needs three axes; " + request_.file + " has " + Counted(table.GetSpatialSize(), "axis", "axes") + ".");
     return kExitBadInput;
   }
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   CVariogramReport report(table, dim, request_);
   if (!request_.modelFile.empty() &&
       !ReadModelForCommand(request_.modelFile, table.GetSpatialSize(), report.UseModel(), err)) {
@@ -150,16 +150,16 @@ bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) c
     CCancellableProgress progress(err);
     if (report.Calculate(&progress)) return true;
   }
-  err << (CCancellableProgress::IsCancelled()
-              ? CString("Cancelled.\n")
-              : "The pairs of " + request_.file + " cannot be searched by their places.\n");
+  Say(err, CCancellableProgress::IsCancelled()
+               ? CString("Cancelled.")
+               : "The pairs of " + request_.file + " cannot be searched by their places.");
   return false;
 }
 
 bool CVariogramCommand::Save(CVariogramReport& report, std::ostream& err) const {
   CString error;
   if (request_.target.empty() || SaveToFile(report.UseModel(), request_.target, error)) return true;
-  err << OnOneLine(error) << "\n";
+  Say(err, OnOneLine(error));
   return false;
 }
 
