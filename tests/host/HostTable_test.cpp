@@ -2,10 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <random>
 #include <vector>
 
 #include "host/HostTable.h"
+#include "host/Labels.h"
 
 namespace tallyscope {
 namespace {
@@ -79,6 +82,7 @@ TEST(HostTable, AnAxisIsNoField) {
   EXPECT_EQ(table.GetValueSize(), 3);
   EXPECT_EQ(table.FindDim("thirds"), 2);
   table.Sort(0, 0, nullptr);
+  ASSERT_TRUE(table.IsSorted(0, 0));
   const int axes[] = {2, 0};
   table.SetAxes(axes);
   EXPECT_FALSE(table.IsSorted(0, 0)) << "field 0 is another column now";
@@ -90,6 +94,16 @@ TEST(HostTable, AnAxisIsNoField) {
   EXPECT_EQ(table.FindDim("all"), -2);
   EXPECT_EQ(table.FindDim("All"), CHostTable::kNoDim);
   EXPECT_EQ(table.GetValue(-1, 4), 2004);
+}
+
+TEST(Labels, NumberThatIsNoCodeFindsNone) {
+  EXPECT_EQ(FindLabel(1, 2), 0u);
+  EXPECT_EQ(FindLabel(2, 2), 1u);
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const double code : {0.0, -1.0, 0.5, 3.0, 1e300, kInfinity, -kInfinity, std::nan("")}) {
+    EXPECT_FALSE(FindLabel(code, 2)) << code;
+  }
+  EXPECT_FALSE(FindLabel(1, 0));
 }
 
 TEST(HostTable, ColumnsKeepTheirValuesAsTheyGrow) {
