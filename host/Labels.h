@@ -10,8 +10,8 @@
 
 namespace tallyscope {
 
-// Distinct texts and their codes 1, 2, ... in order of first appearance. Texts are kept once each, whatever the column's
-// length; all of it may throw bad_alloc.
+// Distinct texts and their codes 1, 2, ... in order of first appearance. Texts are kept once each, whatever the
+// column's length; all of it may throw bad_alloc.
 class CLabels {
  public:
   int GetCode(std::string_view text);  // of a text met before, or the next one
