@@ -10,15 +10,13 @@
 
 namespace tallyscope {
 
-// Distinct texts and their codes 1, 2, ... in order of first appearance. Texts are kept once each, whatever the
-// column's length; all of it may throw bad_alloc.
+// Distinct texts and their codes 1, 2, ... in order of first appearance.
 class CLabels {
  public:
-  int GetCode(std::string_view text);  // of a text met before, or the next one
+  int GetCode(std::string_view text);
   bool IsEmpty() const { return texts_.empty(); }
-  // REQUIRES: a code that was given out.
   const CString& GetText(int code) const { return texts_[static_cast<std::size_t>(code) - 1]; }
-  std::vector<CString> TakeTexts();  // by code - 1; none are left
+  std::vector<CString> TakeTexts();
   void Clear();
 
  private:
