@@ -6,6 +6,7 @@
 
 #include "outside/colour/ColourTables.h"
 #include "platform/core/Messages.h"
+#include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
 #include "plots/ColourBarView.h"
@@ -107,7 +108,9 @@ void CPP_Base_Graph::Initialise() {
   QStringList names{"<NONE>"};
   auto* data = GetDlg()->GetData();
   const int columns = data != nullptr ? data->GetSpatialSize() + data->GetValueSize() : 0;
-  for (int i = 0; i < columns; ++i) names << ToQString(data->GetValueName(DimFromIndex(i, data->GetSpatialSize())));
+  for (int i = 0; i < columns; ++i) {
+    names << ToQString(ShownText(data->GetValueName(DimFromIndex(i, data->GetSpatialSize()))));
+  }
   for (const int id : {kGraphColour, kGraphSize}) {
     auto* box = GetControl<QComboBox>(id);
     box->clear();
