@@ -3,6 +3,7 @@
 
 #include <QPainter>
 
+#include "platform/core/ShownText.h"
 #include "platform/ui/Contrast.h"
 #include "platform/ui/PainterDC.h"
 #include "platform/ui/PlainText.h"
@@ -16,7 +17,7 @@ namespace {
 constexpr int kHeight = 22;
 
 CString Tell(const char* what, const CString& field, double low, double high) {
-  return CString(what) + " shows " + field + " from " + ShownNumber(low) + " to " + ShownNumber(high) + ". ";
+  return CString(what) + " shows " + ShownText(field) + " from " + ShownNumber(low) + " to " + ShownNumber(high) + ". ";
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "outside/colour/ColourTables.h"
 #include "platform/core/Messages.h"
+#include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
 #include "plots/ColourBarView.h"

@@ -33,7 +33,7 @@ int ShowMessage(QWidget* parent, QMessageBox::Icon icon, const CString& text, QM
   QMessageBox box(icon, TitleText(caption), QString(), buttons, parent);
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  box.setText(ShownText(text));
+  box.setText(CutText(text));
   return box.exec();
 }
 

@@ -16,7 +16,7 @@ constexpr QLatin1String kChangedMarkText("[*][*]");
 
 }  // namespace
 
-QString ShownText(const CString& text) {
+QString CutText(const CString& text) {
   constexpr std::size_t kMostBytes = 4 * kLongestShown;
   const auto bytes = std::min(text.size(), kMostBytes);
   QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(bytes));
@@ -26,7 +26,7 @@ QString ShownText(const CString& text) {
 }
 
 QString OneLine(const CString& text) {
-  QString line = ShownText(text);
+  QString line = CutText(text);
   for (QChar& each : line) {
     if (each.unicode() < u' ' || each == QChar::LineSeparator || each == QChar::ParagraphSeparator) each = u' ';
   }
@@ -39,7 +39,7 @@ QString ItemText(const CString& text) {
 
 QString TipText(const CString& text) {
   if (text.empty()) return {};
-  return "<span style='white-space:pre-wrap'>" + ShownText(text).toHtmlEscaped() + "</span>";
+  return "<span style='white-space:pre-wrap'>" + CutText(text).toHtmlEscaped() + "</span>";
 }
 
 QString TitleText(const CString& text) {

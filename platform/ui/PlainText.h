@@ -14,7 +14,7 @@ namespace tallyscope {
 // screen has room for is cut off, with an ellipsis.
 
 // As it is, but cut.
-QString ShownText(const CString& text);
+QString CutText(const CString& text);
 // Line breaks, tabs and the like become blanks.
 QString OneLine(const CString& text);
 // For a menu's item and a tab, where '&' would mark a key and a tab a column.

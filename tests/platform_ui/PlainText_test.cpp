@@ -45,7 +45,7 @@ TEST(PlainText, IsCutAndBroughtOnALineWhereItIsOnlyShown) {
   for (const char* each : {"x", "\xc3\xa4", "\xf0\x9f\x9c\xa8"}) {
     CString text;
     for (int i = 0; i < 100'000; ++i) text += each;
-    const QString shown = ShownText(text);
+    const QString shown = CutText(text);
     EXPECT_LT(shown.size(), 1100);
     EXPECT_TRUE(shown.endsWith(QChar(0x2026)));
     EXPECT_FALSE(shown[shown.size() - 2].isHighSurrogate()) << "half a character";
