@@ -14,6 +14,7 @@ CHostTable::CHostTable(std::vector<CHostColumn> columns, int stations)
 
 void CHostTable::SetAxes(std::span<const int> columns) {
   ClearSort();
+  DestroyPointSearch();
   axes_ = static_cast<int>(columns.size());
   dims_.clear();
   for (const int column : columns) dims_.push_back(&columns_[static_cast<std::size_t>(column)]);

@@ -20,7 +20,8 @@ class CHostTable : public CStats_Data {
   // Every column has been finished with `stations` rows.
   CHostTable(std::vector<CHostColumn> columns, int stations);
 
-  // Takes up to three columns as X, Y, Z; the others become the fields. Sort tables are forgotten.
+  // Takes up to three columns as X, Y, Z; the others become the fields. Sort tables and search are
+  // forgotten.
   // REQUIRES: distinct indices of columns.
   void SetAxes(std::span<const int> columns);
 

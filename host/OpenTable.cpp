@@ -12,8 +12,9 @@ namespace tallyscope {
 namespace {
 
 // A sentence for content that is no text at all; empty for what may be one.
-CString RefuseBinary(std::string_view text, const CString& file) {
-  const auto head = text.substr(0, std::size_t{64} << 10);
+CString RefuseBinary(CTextSource& source, const CString& file) {
+  constexpr std::size_t kHead = std::size_t{64} << 10;
+  const auto head = source.Look(0, kHead).substr(0, kHead);
   if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF")) {
     return file + " is UTF-16 text, which isn't read: save it as UTF-8.";
   }
@@ -35,23 +36,31 @@ void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& op
   opened.axes = choice.description;
 }
 
-OpenedTable OpenSource(CTextSource& source, const CString& file, const ReaderOptions& options,
+OpenedTable ReadSource(CTextSource& source, const CString& file, const ReaderOptions& options,
                        CProgressSink* progress) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  const auto text = source.GetText();
   OpenedTable opened;
-  opened.error = RefuseBinary(text, file);
+  opened.error = RefuseBinary(source, file);
   if (!opened.error.empty()) return opened;
+  const std::size_t start =
+      source.Look(0, kByteOrderMark.size()).starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+  const auto head = ReadGeoEasHead(source, start);
   TextLayout layout;
-  layout.at = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  const auto head = ReadGeoEasHead(text.substr(layout.at));
-  if (head) {
-    const std::size_t mark = layout.at;
-    layout = *head;
-    layout.at += mark;
-  }
-  opened = ReadTextTable(source, file, options, layout, progress);
+  layout.at = start;
+  opened = ReadTextTable(source, file, options, head.value_or(layout), progress);
   if (head) opened.format = "GeoEAS";
+  return opened;
+}
+
+OpenedTable OpenSource(CTextSource& source, const CString& file, const ReaderOptions& options,
+                       CProgressSink* progress) {
+  OpenedTable opened = ReadSource(source, file, options, progress);
+  const bool cancelled = !opened.table && opened.error.empty();
+  // Whatever was found in a file that changed meanwhile, or couldn't be read to its end, is of no account.
+  if (!cancelled && !source.IsUnchanged()) {
+    opened = {};
+    opened.error = source.GetFailure(file);
+  }
   if (opened.table) GiveAxes(file, options, opened);
   return opened;
 }

@@ -24,7 +24,7 @@ class CTextTableReader {
       : source_(source), file_(file), options_(options), layout_(layout), at_(layout.at), line_(layout.line) {
     ReaderOptions asked = options;
     if (!layout.names.empty()) asked.headings = false;
-    dialect_ = GuessDialect(source.GetText().substr(layout.at), asked);
+    dialect_ = GuessDialect(source, layout.at, asked);
   }
 
   OpenedTable Read(CProgressSink* progress);
@@ -56,12 +56,11 @@ bool CTextTableReader::Refuse(const CString& sentence) {
 }
 
 bool CTextTableReader::FindNames() {
-  CTextCells cells(source_.GetText(), dialect_.delimiter);
-  cells.at = at_;
-  cells.line = line_;
+  CTextCells cells(source_, dialect_.delimiter);
+  cells.GoTo(at_, line_);
   while (cells.SkipBlankLine()) {
   }
-  at_ = cells.at;
+  at_ = cells.GetPosition();
   line_ = cells.line;
   if (cells.AtEnd())
     return Refuse(file_ + (layout_.names.empty() ? " holds nothing but blank lines." : " has headings but no rows."));
@@ -81,9 +80,8 @@ bool CTextTableReader::FindNames() {
 }
 
 bool CTextTableReader::ReadHeadings() {
-  CTextCells cells(source_.GetText(), dialect_.delimiter);
-  cells.at = at_;
-  cells.line = line_;
+  CTextCells cells(source_, dialect_.delimiter);
+  cells.GoTo(at_, line_);
   TextCell cell;
   if (dialect_.rowNames) names_.emplace_back();
   do {
@@ -100,7 +98,7 @@ bool CTextTableReader::ReadHeadings() {
   } while (cell.end == CellEnd::kDelimiter);
   // A delimiter at the end of the headings alone makes no column.
   while (names_.size() > std::max<std::size_t>(dialect_.columns, 1) && names_.back().empty()) names_.pop_back();
-  at_ = cells.at;
+  at_ = cells.GetPosition();
   line_ = cells.line;
   while (cells.SkipBlankLine()) {
   }
@@ -109,6 +107,8 @@ bool CTextTableReader::ReadHeadings() {
 
 // Every column gets a name of its own: "Column 3" where there is none, "Cu (2)" for the second "Cu".
 void CTextTableReader::NameColumns() {
+  constexpr std::size_t kReported = 20;
+  const std::size_t warnings = opened_.warnings.size();
   std::unordered_set<CString> taken(names_.begin(), names_.end());
   std::unordered_map<CString, int> seen;
   const auto numbered = [&](const CString& name, int& number) {
@@ -131,19 +131,24 @@ void CTextTableReader::NameColumns() {
                                " goes by " + name + ".");
     names_[i] = name;
   }
+  if (opened_.warnings.size() <= warnings + kReported) return;
+  const auto more = static_cast<long long>(opened_.warnings.size() - warnings - kReported);
+  opened_.warnings.resize(warnings + kReported);
+  opened_.warnings.push_back(Counted(more, "further column is", "further columns are") +
+                             " called as one before, and numbered likewise.");
 }
 
 // From the length of the first rows, and never more than the file can hold.
 std::size_t CTextTableReader::GuessRows() const {
   constexpr std::size_t kSample = std::size_t{64} << 10;
   constexpr std::size_t kMost = std::size_t{1} << 24;
-  const auto rest = source_.GetText().substr(at_);
-  const auto sample = rest.substr(0, kSample);
+  const auto rest = static_cast<double>(source_.GetSize() - at_);
+  const auto sample = source_.Look(at_, kSample).substr(0, kSample);
   auto lines = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
   if (lines == 0) lines = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\r'));
-  const double share = static_cast<double>(rest.size()) / static_cast<double>(std::max<std::size_t>(sample.size(), 1));
+  const double share = rest / static_cast<double>(std::max<std::size_t>(sample.size(), 1));
   const double rows = static_cast<double>(lines) * share * 1.01 + 16;
-  const std::size_t possible = rest.size() / names_.size() + 16;
+  const std::size_t possible = (source_.GetSize() - at_) / names_.size() + 16;
   return std::min({static_cast<std::size_t>(std::min(rows, 1e15)), possible, kMost});
 }
 

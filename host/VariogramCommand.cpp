@@ -9,6 +9,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/ModelReport.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/VariogramReport.h"
@@ -35,6 +36,7 @@ class CVariogramCommand : public CCommand {
   bool Save(CVariogramReport& report, std::ostream& err) const;
 
   VariogramRequest request_;
+  bool force_ = false;
   bool strayDip_ = false;  // --dip or --width in front of every --direction
 };
 
@@ -109,6 +111,7 @@ void CVariogramCommand::AddModel(CLI::App& app) {
   app.add_option("-o,--output", request_.target, "the file that gets the fitted model")
       ->type_name("FILE.mvf")
       ->group(group);
+  AddForceFlag(app, force_);
 }
 
 CString CVariogramCommand::CheckOptions() const {
@@ -120,21 +123,22 @@ CString CVariogramCommand::CheckOptions() const {
 }
 
 int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
+  if (!MayWrite({{request_.file}, {request_.target}}, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(request_.file, request_.reader, err);
   if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;
   const int dim = FindDimForCommand(table, request_.file, request_.field, err);
   if (dim == CHostTable::kNoDim) return kExitBadInput;
   if (table.GetSpatialSize() == 0) {
-    err << request_.file << " has no axes, and a variogram needs distances; --x and --y name the axes.\n";
+    Say(err, request_.file + " has no axes, and a variogram needs distances; --x and --y name the axes.");
     return kExitBadInput;
   }
   if (request_.HasDips() && table.GetSpatialSize() < 3) {
-    err << "--dip needs three axes; " << request_.file << " has " << Counted(table.GetSpatialSize(), "axis", "axes")
-        << ".\n";
+    Say(err,
+        "--dip needs three axes; " + request_.file + " has " + Counted(table.GetSpatialSize(), "axis", "axes") + ".");
     return kExitBadInput;
   }
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   TellLayout(table, dim, err);
   CVariogramReport report(table, dim, request_);
   if (!request_.modelFile.empty() &&
@@ -154,9 +158,9 @@ int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
 void CVariogramCommand::TellLayout(CHostTable& table, int dim, std::ostream& err) const {
   const StationLayout layout = FindStationLayout(table, dim);
   if (layout == StationLayout::kFewOrSpread) return;
-  err << "All stations of " << request_.file << " with a value lie "
-      << (layout == StationLayout::kOneLine ? "on one line: there are no pairs in other directions.\n"
-                                            : "in one place: no distance is above 0.\n");
+  Say(err, "All stations of " + request_.file + " with a value lie " +
+               (layout == StationLayout::kOneLine ? "on one line: there are no pairs in other directions."
+                                                  : "in one place: no distance is above 0."));
 }
 
 bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) const {
@@ -164,16 +168,16 @@ bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) c
     CCancellableProgress progress(err);
     if (report.Calculate(&progress)) return true;
   }
-  err << (CCancellableProgress::IsCancelled()
-              ? CString("Cancelled.\n")
-              : "The pairs of " + request_.file + " cannot be searched by their places.\n");
+  Say(err, CCancellableProgress::IsCancelled()
+               ? CString("Cancelled.")
+               : "The pairs of " + request_.file + " cannot be searched by their places.");
   return false;
 }
 
 bool CVariogramCommand::Save(CVariogramReport& report, std::ostream& err) const {
   CString error;
   if (request_.target.empty() || SaveToFile(report.UseModel(), request_.target, error)) return true;
-  err << OnOneLine(error) << "\n";
+  Say(err, OnOneLine(error));
   return false;
 }
 

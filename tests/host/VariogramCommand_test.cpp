@@ -259,7 +259,6 @@ TEST(VariogramCommand, TellsHowStationsLie) {
     std::string words;
   };
   for (const Case& c : {
-           Case{"x,v\n1,1\n2,5\n4,7\n", line},
            Case{"x,y,v\n0.1,0.3,1\n0.2,0.6,2\n0.7,2.1,4\n-0.3,-0.9,4\n", line},
            Case{"x,y,z,v\n0,5,1,1\n1,5,2,2\n7,5,8,4\n", line},
            Case{"x,y,v\n500001,6,1\n500002,6,2\n9,9,\n500003,6,2\n", line},
