@@ -121,7 +121,7 @@ int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
   for (const auto& warning : opened.warnings) err << warning << "\n";
   Conditioned done;
   done.before = Summarise(table, dim, Quantiles::kBinned);
-  done.counts = ConditionColumn(rules, table.GetSize(), table.ChangeColumn(dim));
+  table.ChangeColumn(dim, [&](CHostColumn& column) { done.counts = ConditionColumn(rules, table.GetSize(), column); });
   done.after = Summarise(table, dim, Quantiles::kBinned);
   if (!Write(table, rules, out, err)) return kExitBadInput;
   if (target_ != "-") PrintReport(rules, done, out);
