@@ -123,9 +123,9 @@ int RunRender(CHostTable& table, const RenderRequest& request, std::ostream& err
   container.AddPlot(&job.MakePlot(), true);
   container.SetClientSize({request.width, request.height});
   container.ZoomFit();
-  CString error;
-  if (SavePicture(container, {request.width, request.height}, request.target, error)) return kExitDone;
-  err << error << "\n";
+  const Status status = SavePicture(container, {request.width, request.height}, request.target);
+  if (status.IsGood()) return kExitDone;
+  err << status.GetError() << "\n";
   return kExitBadInput;
 }
 

@@ -81,17 +81,14 @@ bool CVariogramReport::CalculateMap(CProgressSink* progress) {
 
 long long CVariogramReport::CountPairs() {
   long long count = 0;
-  ForEachCell(sample_, [&count](const LagCell& cell) { count += cell.count; });
+  ForEachCell(sample_, [&count](const LagCell& cell) { count += cell.pairs; });
   return count / 2;
 }
 
 void CVariogramReport::MakeCurve(const CurveRequest& request, Curve& curve) {
   curve.request = request;
-  if (request.IsOmnidirectional()) {
-    sample_.GetVariogramData(curve.sample);
-  } else {
-    sample_.GetVariogramData(curve.sample, request.direction, request.dip, request.width / 2);
-  }
+  curve.sample = request.IsOmnidirectional() ? sample_.GetCurve()
+                                             : sample_.GetCurve(request.direction, request.dip, request.width / 2);
   if (!HasModel()) return;
   const auto& model = UseModel();
   for (const double lag : curve.sample.lag) {
@@ -134,7 +131,7 @@ void CVariogramReport::PrintText(std::ostream& out) {
       << " of " << table_.GetSize() << " with a value, " << Counted(CountPairs(), "pair", "pairs") << " in "
       << sample_.lagCount[0] << " lags up to " << Figure(sample_.lagRange[0]) << "\n";
   if (request_.errorDistance) {
-    out << "Error variance, from " << Counted(sample_.errorPairCount, "pair", "pairs") << " of neighbours closer than "
+    out << "Error variance, from " << Counted(sample_.errorPairs, "pair", "pairs") << " of neighbours closer than "
         << Figure(*request_.errorDistance) << ": moment of inertia " << Figure(sample_.errorMoment) << ", covariance "
         << Figure(sample_.errorCovariance) << "\n";
   }
@@ -179,7 +176,7 @@ Json CVariogramReport::DescribeGrid() {
     for (const auto& row : level) {
       for (Json* values : {&counts, &moments, &covariances}) values->back().push_back(Json::array());
       for (const auto& cell : row) {
-        counts.back().back().push_back(cell.count);
+        counts.back().back().push_back(cell.pairs);
         moments.back().back().push_back(cell.moment);
         covariances.back().back().push_back(cell.covariance);
       }
@@ -230,7 +227,7 @@ void CVariogramReport::PrintJson(std::ostream& out) {
                  {"model", std::move(model)}};
   if (request_.errorDistance) {
     report["errorVariance"] = {{"range", *request_.errorDistance},
-                               {"pairCount", sample_.errorPairCount},
+                               {"pairCount", sample_.errorPairs},
                                {"momentOfInertia", sample_.errorMoment},
                                {"covariance", sample_.errorCovariance}};
   }

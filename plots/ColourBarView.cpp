@@ -3,8 +3,10 @@
 
 #include <QPainter>
 
+#include "platform/core/ShownText.h"
 #include "platform/ui/Contrast.h"
 #include "platform/ui/PainterDC.h"
+#include "platform/ui/PlainText.h"
 #include "platform/ui/Wnd.h"
 #include "workbench/StationText.h"
 
@@ -15,7 +17,7 @@ namespace {
 constexpr int kHeight = 22;
 
 CString Tell(const char* what, const CString& field, double low, double high) {
-  return CString(what) + " shows " + field + " from " + ShownNumber(low) + " to " + ShownNumber(high) + ". ";
+  return CString(what) + " shows " + ShownText(field) + " from " + ShownNumber(low) + " to " + ShownNumber(high) + ". ";
 }
 
 }  // namespace
@@ -26,8 +28,7 @@ void ColourBarView::SetLegend(const ModulationLegend& legend, const CString& nul
   if (!legend.colourField.empty()) text += Tell("Colour", legend.colourField, legend.colourLow, legend.colourHigh);
   if (!legend.sizeField.empty()) text += Tell("Size", legend.sizeField, legend.sizeLow, legend.sizeHigh);
   if (!text.empty()) text += nulls;
-  const QString shown = ToQString(text);
-  setToolTip(shown.isEmpty() ? shown : "<qt>" + shown.toHtmlEscaped() + "</qt>");  // a name may look like markup
+  setToolTip(TipText(text));
   setAccessibleDescription(ToQString(text));
   update();
 }

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
 #include "plots/GraphControls.h"
@@ -50,7 +51,7 @@ void CDlg_Axis::CreateControls() {
 }
 
 bool CDlg_Axis::OnInitDialog() {
-  SetWindowText(FormatMessage(LoadString(kStringAxisTitle), axisTitle));
+  SetWindowText(FormatMessage(LoadString(kStringAxisTitle), ShownText(axisTitle)));
   const bool done = CDialog::OnInitDialog();
   EnableBand();
   return done;

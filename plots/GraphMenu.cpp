@@ -29,7 +29,12 @@ CSize GetSize(CPP_Base_Graph& page) {
 }
 
 void CopyPicture(CPP_Base_Graph& page) {
-  QImage image = MakePicture(page.GetContainer(), GetSize(page), page.devicePixelRatioF());
+  QImage image;
+  const Status status = MakePicture(page.GetContainer(), GetSize(page), page.devicePixelRatioF(), image);
+  if (!status.IsGood()) {
+    GetModal().Tell(&page, status.GetError());
+    return;
+  }
   image.setDevicePixelRatio(1);
   QGuiApplication::clipboard()->setImage(image);
 }
@@ -46,10 +51,8 @@ void SavePictureAs(CPP_Base_Graph& page) {
   if (files.front().GetExtension().empty()) path += CString(".") + kEndings[std::clamp(filter, 1, 3) - 1];
   profile.WriteProfileString("PATH", "Picture", files.front().GetDriveAndFolder());
   const CWaitCursor wait;
-  CString error;
-  if (!SavePicture(page.GetContainer(), GetSize(page), path, error, page.devicePixelRatioF())) {
-    GetModal().Tell(&page, error);
-  }
+  const Status status = SavePicture(page.GetContainer(), GetSize(page), path, page.devicePixelRatioF());
+  if (!status.IsGood()) GetModal().Tell(&page, status.GetError());
 }
 
 void CopyData(CPP_Base_Graph& page) {

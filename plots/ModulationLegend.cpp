@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "outside/plot/AxisTicks.h"
 #include "outside/plot/PlotAxes.h"
 #include "outside/plot/PlotDrawing.h"
+#include "outside/plot/Span.h"
 #include "platform/ui/PainterDC.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Data.h"
@@ -46,9 +48,10 @@ void DrawBar(CDC& dc, const DrawRect& bar, bool upright, const std::vector<COLOR
   DrawOutline(dc, bar, frame);
 }
 
-// To three digits of the range.
-CString FormatRounded(double value, double range) {
-  if (!(range > 0)) return ShownNumber(value);
+// To three digits of twice `half`.
+CString FormatRounded(double value, double half) {
+  if (!(half > 0)) return ShownNumber(value);
+  const double range = std::min(half * 2, std::numeric_limits<double>::max());
   const double unit = std::pow(10.0, std::floor(std::log10(range)) - 2);
   return ShownNumber(std::round(value / unit) * unit);
 }
@@ -73,7 +76,7 @@ int DrawUprightColours(CDC& dc, const ModulationLegend& legend, const CRect& roo
   StartText(dc, text, TextAlign::kLeft, TextLine::kMiddle);
   for (const auto& tick : made.ticks) {
     if (!tick.IsMajor()) continue;
-    const double part = (tick.world - legend.colourLow) / (legend.colourHigh - legend.colourLow);
+    const double part = FindPart(legend.colourLow, legend.colourHigh, tick.world);
     const double y = bar.bottom - part * (bar.bottom - bar.top);
     dc.MoveTo(bar.right, y);
     dc.LineTo(bar.right + 3, y);
@@ -92,8 +95,9 @@ void DrawUprightSizes(CDC& dc, const ModulationLegend& legend, const CRect& room
   for (int size = 0; size < kSizes; ++size) {
     const double y = top + (size + 1.5) * line + 2;
     DrawMark(dc, room.left + kBarWidth / 2.0, y, size, text);
-    const double from = legend.sizeLow + (legend.sizeHigh - legend.sizeLow) * size / kSizes;
-    dc.TextOut(room.left + kBarWidth + 6, y, "≥ " + FormatRounded(from, legend.sizeHigh - legend.sizeLow));
+    const double half = HalfSpan(legend.sizeLow, legend.sizeHigh);
+    const double from = (legend.sizeLow / 2 + half * size / kSizes) * 2;
+    dc.TextOut(room.left + kBarWidth + 6, y, "≥ " + FormatRounded(from, half));
   }
 }
 

@@ -130,6 +130,8 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput {
   void ShowGlance(CPoint point);
   void ClearGlance();
   void StepHover(int by);
+  void GoToFirst();
+  void GoToNext(int index, int direction);
   void GoToHover(int index);
   void SelectHover();
   void RunAxisDialog(std::size_t axis);

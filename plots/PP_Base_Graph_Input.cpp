@@ -43,7 +43,6 @@ void CPP_Base_Graph::OnLButtonUp(CPoint point) {
   container_.OnLButtonUp(point);
   GetDlg()->SetHoverStation(-1);
   GetDlg()->GetGrid()->Invalidate();
-  EnableControls();
 }
 
 void CPP_Base_Graph::OnLButtonDblClk(CPoint point) {
@@ -55,11 +54,7 @@ void CPP_Base_Graph::OnLButtonDblClk(CPoint point) {
 }
 
 void CPP_Base_Graph::OnRButtonDown(CPoint point) {
-  if (container_.OnRButtonDown(point)) {
-    EnableControls();
-    return;
-  }
-  RunGraphMenu(*this, canvas_->mapToGlobal(QPoint(point.x, point.y)));
+  if (!container_.OnRButtonDown(point)) RunGraphMenu(*this, canvas_->mapToGlobal(QPoint(point.x, point.y)));
 }
 
 void CPP_Base_Graph::OnWheel(CPoint point, double steps) {
@@ -140,12 +135,10 @@ bool CPP_Base_Graph::OnKey(QKeyEvent* event) {
       StepHover(step);
       return true;
     case Qt::Key_Home:
-      GetPlot()->hover = -1;
-      StepHover(1);
+      GoToNext(0, 1);
       return true;
     case Qt::Key_End:
-      GetPlot()->hover = GetPlot()->GetHoverCount();
-      StepHover(-1);
+      GoToNext(GetPlot()->GetHoverCount() - 1, -1);
       return true;
     case Qt::Key_Space:
       SelectHover();
@@ -164,11 +157,8 @@ bool CPP_Base_Graph::OnKey(QKeyEvent* event) {
       return true;
     }
     case Qt::Key_Return:
-    case Qt::Key_Enter: {
-      const bool closed = container_.OnLButtonDblClk({});
-      if (closed) EnableControls();
-      return closed;
-    }
+    case Qt::Key_Enter:
+      return container_.OnLButtonDblClk({});
     case Qt::Key_Menu:
       RunGraphMenu(*this, canvas_->mapToGlobal(canvas_->rect().center()));
       return true;
@@ -177,14 +167,38 @@ bool CPP_Base_Graph::OnKey(QKeyEvent* event) {
   }
 }
 
-// To the next index that has a place in the plot, in this direction.
+// From the mark, else from what the pointer rests on, to the next index that has a place, in this direction. With
+// neither, to the first thing in view whichever way one goes.
 void CPP_Base_Graph::StepHover(int by) {
+  auto* plot = GetPlot();
+  const int from = plot->hover >= 0 ? plot->hover : plot->glance;
+  if (from < 0) {
+    GoToFirst();
+  } else {
+    GoToNext(from + by, by < 0 ? -1 : 1);
+  }
+}
+
+void CPP_Base_Graph::GoToFirst() {
+  auto* plot = GetPlot();
+  const int count = plot->GetHoverCount();
+  const Box visible = plot->GetVisible();
+  double x = 0;
+  double y = 0;
+  for (int index = 0; index < count; ++index) {
+    if (!plot->GetPlace(index, x, y)) continue;
+    const bool isIn = visible.min[0] <= x && x <= visible.max[0] && visible.min[1] <= y && y <= visible.max[1];
+    if (isIn) return GoToHover(index);
+  }
+  GoToNext(0, 1);
+}
+
+// To the index or, where that has no place, on in this direction.
+void CPP_Base_Graph::GoToNext(int index, int direction) {
   auto* plot = GetPlot();
   const int count = plot->GetHoverCount();
   if (count == 0) return;
-  const int from = plot->hover >= 0 || plot->hover == -1 ? plot->hover : plot->glance;
-  const int direction = by < 0 ? -1 : 1;
-  int index = std::clamp((from < 0 && by < 0 ? count : from) + by, 0, count - 1);
+  index = std::clamp(index, 0, count - 1);
   double x = 0;
   double y = 0;
   while (index >= 0 && index < count && !plot->GetPlace(index, x, y)) index += direction;
@@ -218,7 +232,6 @@ void CPP_Base_Graph::SelectHover() {
   auto region = plot->MakeRegionOf(index);
   if (region == nullptr) return;
   plot->AddSelRegion(std::move(region));
-  EnableControls();
 }
 
 }  // namespace tallyscope

@@ -119,29 +119,24 @@ void CPP_Base_Graph::OnSelectAll() {
   auto* spatial = GetPlot()->spatial;
   if (spatial == nullptr) return;
   GetPlot()->AddSelRegion(MakeWhole<CStats_RgnSelAll>(*spatial));
-  EnableControls();
 }
 
 void CPP_Base_Graph::OnInvertSelection() {
   auto* spatial = GetPlot()->spatial;
   if (spatial == nullptr) return;
   GetPlot()->AddSelRegion(MakeWhole<CStats_RgnInvert>(*spatial));
-  EnableControls();
 }
 
 void CPP_Base_Graph::OnRestoreLastSelection() {
   GetPlot()->RestoreLastSelRegion();
-  EnableControls();
 }
 
 void CPP_Base_Graph::OnClearLastSelection() {
   GetPlot()->ClearLastSelRegion();
-  EnableControls();
 }
 
 void CPP_Base_Graph::OnClearSelection() {
   GetPlot()->ClearAllSelRegion();
-  EnableControls();
 }
 
 // Modulation.

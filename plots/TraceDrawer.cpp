@@ -14,6 +14,8 @@ namespace tallyscope {
 
 namespace {
 
+constexpr double kFarthest = 1e12;  // pixels
+
 // A station by itself.
 TraceStretch MakeStretch(int station, double value) {
   return {station, station, value, value, value, value};
@@ -24,9 +26,10 @@ TraceStretch MakeStretch(int station, double value) {
 TraceDrawer::TraceDrawer(const CUPlotX& plot, CDC& dc, TraceReducer& reducer, TraceColourMeans& means, const Look& look)
     : plot_(plot), reducer_(reducer), means_(means), look_(look), dc_(dc), scale_(dc.GetScale()) {}
 
+// A value far beyond a view that has been zoomed into may have no number in pixels.
 DrawPoint TraceDrawer::Place(double number, double value) const {
   const auto device = plot_.World2Device(number, value);
-  return {device[0], device[1]};
+  return {device[0], std::clamp(device[1], -kFarthest, kFarthest)};
 }
 
 // To the device's whole pixels: a level trace stays level over its middles.

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <span>
 
+#include "outside/plot/Span.h"
 #include "platform/core/StringTable.h"
 #include "plots/LegendEntry.h"
 #include "statistics/Stats_Bivariate.h"
@@ -126,10 +127,10 @@ void CUPlotX_Bi_Scatter::RenderLayer(CDC& dc) {
 std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeRegression(const CStats_Bivariate& pair) const {
   const Box& window = GetWindowExtent();
   const std::size_t along = pair.vertical ? 1 : 0;
-  const double span = window.max[along] - window.min[along];
+  const double half = HalfSpan(window.min[along], window.max[along]);
   std::vector<DrawPoint> points;
   for (int i = 0; i <= kRegressionSteps; ++i) {
-    const double at = maps[along].ToWorld(window.min[along] + i * span / kRegressionSteps);
+    const double at = maps[along].ToWorld((window.min[along] / 2 + i * half / kRegressionSteps) * 2);
     const XVector place = pair.vertical ? World2Device(pair.displayLine[1], at)
                                         : World2Device(at, pair.displayLine[0] * at + pair.displayLine[1]);
     points.push_back({place[0], place[1]});

@@ -111,16 +111,20 @@ void CUPlotX_Tallyscope::SetColourDim(int index) {
   colourDim = DimFromModulation(index);
   colourLow = 0;
   colourHigh = -1;
+  colourRanged_ = {};
 }
 
 void CUPlotX_Tallyscope::SetSizeDim(int index) {
   sizeDim = DimFromModulation(index);
   sizeLow = 0;
   sizeHigh = -1;
+  sizeRanged_ = {};
 }
 
-void CUPlotX_Tallyscope::PrepareRange(int dim, double& low, double& high) {
-  if (dim == kNoDim || data == nullptr || high >= low) return;
+void CUPlotX_Tallyscope::PrepareRange(int dim, double& low, double& high, Ranged& ranged) {
+  const Ranged now{data, dim};
+  if (dim == kNoDim || data == nullptr || high >= low || ranged == now) return;
+  ranged = now;
   CStats_Univariate figures;
   figures.Add(data, dim);
   figures.Calculate(1, nullptr);
@@ -130,13 +134,13 @@ void CUPlotX_Tallyscope::PrepareRange(int dim, double& low, double& high) {
 
 ColourModulation CUPlotX_Tallyscope::GetColourModulation() {
   if (colourDim == kNoDim) return {};
-  PrepareRange(colourDim, colourLow, colourHigh);
+  PrepareRange(colourDim, colourLow, colourHigh, colourRanged_);
   return {colourLow, colourHigh, colourTable};
 }
 
 SizeModulation CUPlotX_Tallyscope::GetSizeModulation() {
   if (sizeDim == kNoDim) return {};
-  PrepareRange(sizeDim, sizeLow, sizeHigh);
+  PrepareRange(sizeDim, sizeLow, sizeHigh, sizeRanged_);
   return {sizeLow, sizeHigh};
 }
 

@@ -99,12 +99,22 @@ class CUPlotX_Tallyscope : public CUPlotX {
   bool IsReady() const { return calculator != nullptr && spatial != nullptr && data != nullptr; }
   // Tells the window: the hover mark has moved.
   void InvalidateHover();
-  // Fills a range (low, high) by the minimum and maximum of the dim, unless it stands.
-  void PrepareRange(int dim, double& low, double& high);
 
  private:
+  // A field that has been looked through for a range: one without numbers leaves none, and isn't looked through again.
+  struct Ranged {
+    CStats_Data* data = nullptr;
+    int dim = kNoDim;
+    bool operator==(const Ranged&) const = default;
+  };
+
+  // Fills a range (low, high) by the minimum and maximum of the dim, unless it stands.
+  void PrepareRange(int dim, double& low, double& high, Ranged& ranged);
   int DimFromModulation(int index) const;
   void TellSelectionChanged();
+
+  Ranged colourRanged_;
+  Ranged sizeRanged_;
 };
 
 }  // namespace tallyscope

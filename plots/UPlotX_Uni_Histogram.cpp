@@ -80,6 +80,8 @@ CString CUPlotX_Uni_Histogram::GetEmptyReason() {
   if (!std::isfinite(figures->minimum) || !std::isfinite(figures->maximum)) {
     return "No bins in " + name + ": it has infinite values";
   }
+  if (!std::isfinite(figures->maximum - figures->minimum))
+    return "No bins in " + name + ": its values lie too far apart";
   if (figures->minimum == figures->maximum) {
     return "All valid values in " + name + " are " + FormatLocale(figures->minimum, kShownDigits);
   }

@@ -47,6 +47,7 @@ class LagGridWalk {
   };
   class Sampler;
 
+  static double FindScale(const Source& source, const LagBinning& binning);
   void GatherLeaves(CStats_PointSearch& search);
   std::vector<int> FindLeavesWithin(CStats_PointSearch& search, int leaf, const Point3& range);
   const Leaf& GetLeaf(int leaf) const { return leaves_[static_cast<std::size_t>(leaf)]; }

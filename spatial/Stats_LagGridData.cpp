@@ -46,7 +46,7 @@ double CStats_LagGridData::GetValue(int field, int station) {
   const auto row = static_cast<std::size_t>(rest / rowSize_);
   const auto column = static_cast<std::size_t>(rest % rowSize_);
   const LagCell& cell = spatial_->grid[level][row][column];
-  return field == 0 ? cell.moment : field == 1 ? cell.covariance : cell.count;
+  return field == 0 ? cell.moment : field == 1 ? cell.covariance : static_cast<double>(cell.pairs);
 }
 
 std::array<double, 2> GetLagGridColourRange(const CStats_Spatial& spatial, int field) {

@@ -8,8 +8,10 @@
 #include <limits>
 #include <numeric>
 
+#include "spatial/CoordinateRange.h"
 #include "spatial/LeafTests.h"
 #include "statistics/Stats_Data.h"
+#include "statistics/Stats_Univariate.h"
 
 namespace tallyscope {
 
@@ -19,6 +21,9 @@ using leaf_tests::Columns;
 using leaf_tests::kPi;
 using leaf_tests::Rectangle;
 using leaf_tests::Sector;
+
+constexpr int kLeafCapacity = 64;
+constexpr double kMargin = 1000.0;
 
 // Bounds in x and y a little wider than the rounding of their corners.
 Box Widen(Box box) {
@@ -66,7 +71,9 @@ void CStats_PointSearch::SetPartitioned(bool partitioned) {
 }
 
 bool CStats_PointSearch::IsPointValid(int index) {
-  return std::all_of(fields_, fields_ + dimensions_, [&](int field) { return data_->IsValueValid(field, index); });
+  return std::all_of(fields_, fields_ + dimensions_, [&](int field) {
+    return data_->IsValueValid(field, index) && std::isfinite(data_->GetValue(field, index));
+  });
 }
 
 int CStats_PointSearch::GetPointCount() {
@@ -86,11 +93,14 @@ double CStats_PointSearch::GetZ(int index) {
 }
 
 void CStats_PointSearch::ReadPoints(int first, int count, double* const* coordinates, unsigned char* valid) {
-  if (data_->ReadValues(fields_[0], first, count, coordinates[0], valid) == 0) return;
   std::vector<unsigned char> also(static_cast<std::size_t>(count));
-  for (int axis = 1; axis < dimensions_; ++axis) {
-    if (data_->ReadValues(fields_[axis], first, count, coordinates[axis], also.data()) == count) continue;
-    for (int i = 0; i < count; ++i) valid[i] &= also[static_cast<std::size_t>(i)];
+  std::fill(valid, valid + count, static_cast<unsigned char>(1));
+  for (int axis = 0; axis < dimensions_; ++axis) {
+    const double* values = coordinates[axis];
+    data_->ReadValues(fields_[axis], first, count, coordinates[axis], also.data());
+    for (int i = 0; i < count; ++i) {
+      if (also[static_cast<std::size_t>(i)] == 0 || !std::isfinite(values[i])) valid[i] = 0;
+    }
   }
 }
 
@@ -111,6 +121,37 @@ void CStats_PointSearch::SetFields(int fieldX, int fieldY, int fieldZ, int dimen
 
 void CStats_PointSearch::SetDefaultFields() {
   SetFields(-1, -2, -3, data_ != nullptr ? data_->GetSpatialSize() : 2);
+}
+
+// The build.
+
+bool CStats_PointSearch::Prepare(CProgressSink* progress) {
+  if (data_ == nullptr) return false;
+  if (IsPartitioned() || dimensions_ < 2) return true;
+  Box box;
+  for (int axis = 0; axis < dimensions_; ++axis) {
+    if (!FindBounds(axis, box, progress)) return false;
+  }
+  Reset();
+  Initialise(box, kLeafCapacity);
+  Partition();
+  return IsPartitioned();
+}
+
+// Sets the faces of an axis: the column's range and a thousandth of it on each side.
+bool CStats_PointSearch::FindBounds(int axis, Box& box, CProgressSink* progress) {
+  constexpr double kFar = std::numeric_limits<double>::infinity();
+  CStats_Univariate figures;
+  figures.Add(data_, fields_[axis]);
+  if (!figures.Calculate(1, progress)) return false;
+  const CoordinateRange found = FindCoordinateRange(*data_, fields_[axis], figures);
+  const double range = found.high - found.low;
+  // A constant co-ordinate gets a margin too, so that the box has an extent and is cut.
+  const double margin = (range != 0 ? range : std::max(1.0, std::fabs(found.low))) / kMargin;
+  // No station lies on a face, even where the margin is lost in the rounding: a high face isn't part of its box.
+  box.min[static_cast<std::size_t>(axis)] = std::min(found.low - margin, std::nextafter(found.low, -kFar));
+  box.max[static_cast<std::size_t>(axis)] = std::max(found.high + margin, std::nextafter(found.high, kFar));
+  return true;
 }
 
 // Queries.

@@ -7,6 +7,7 @@
 
 namespace tallyscope {
 
+class CProgressSink;
 class CStats_Data;
 
 // The spatial search over a table, with any three of its columns as co-ordinates. One query at a time:
@@ -16,7 +17,7 @@ class CStats_Data;
 //   search->SearchSphere({x, y, 0}, 250);
 //   for (int station; search->GetNext(station, 1);) ...
 // Co-ordinates are those of the last build. A table with one axis is never partitioned. A query ends when the fields
-// change or the tree is built anew; stations with a null co-ordinate are never found.
+// change or the tree is built anew; stations with a co-ordinate that is null or not finite are never found.
 class CStats_PointSearch : public CPointSearch {
  public:
   enum QueryType : int {
@@ -50,6 +51,9 @@ class CStats_PointSearch : public CPointSearch {
   virtual int GetFieldY() { return fields_[1]; }
   virtual int GetFieldZ() { return fields_[2]; }
   virtual CStats_Data* GetData() { return data_; }
+  // Builds the tree over these columns, unless it stands. True as well, with nothing built, when they are fewer than
+  // two. False when the sink cancels, or without a table.
+  bool Prepare(CProgressSink* progress);
 
   virtual void SearchAll();
   virtual void SearchBox(const Box& box);  // faces included
@@ -74,6 +78,7 @@ class CStats_PointSearch : public CPointSearch {
   const Leaves& GetLeaves() const { return leaves_; }  // of the last query
 
  private:
+  bool FindBounds(int axis, Box& box, CProgressSink* progress);
   void Start(QueryType type);
   void CloseLeaf();
   void PrefetchLeaf(int leaf) const;

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <numbers>
 #include <utility>
 #include <vector>
 
+#include "spatial/CoordinateRange.h"
 #include "spatial/PairProgress.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_VariogramData.h"
@@ -54,7 +54,8 @@ double GetSpreadRange(CStats_Data* data) {
   CStats_Univariate x;
   x.Add(data, -1);
   x.Calculate(kBasicFigures, nullptr);
-  return x.valid < 2 ? kNoRange : (x.maximum - x.minimum) * 0.25;
+  const CoordinateRange range = FindCoordinateRange(*data, -1, x);
+  return x.valid < 2 ? kNoRange : (range.high - range.low) * 0.25;
 }
 
 // To the nearest multiple of a power of ten that leaves one or two digits.
@@ -123,6 +124,7 @@ double CStats_SampleVariogram::GetDefaultRange(CStats_Data* data) {
 
 bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgressSink* progress) {
   errorPairCount = 0;
+  errorPairs = 0;
   errorCovariance = errorMoment = 0;
   if (!IsItem(item)) return false;
   CStats_Data* data = GetItemData(item);
@@ -155,22 +157,41 @@ bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgress
     if (!reporter.Report(step++, search->GetLeafCount())) return false;
   }
   if (pairs == 0) return true;
-  errorPairCount = static_cast<int>(std::min<std::int64_t>(pairs, std::numeric_limits<int>::max()));
+  errorPairs = pairs;
+  errorPairCount = Saturate(pairs);
   errorCovariance /= static_cast<double>(pairs);
   errorMoment /= 2.0 * static_cast<double>(pairs);
   return true;
 }
 
 bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data) {
-  return ReadCurve(data, [](std::size_t levels, std::size_t rows) {
-    return Weights{std::vector<double>(levels, 1.0), std::vector<double>(rows, 1.0)};
-  });
+  return Hand(GetCurve(), data);
 }
 
 bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data, double direction, double dip,
                                               double tolerance) {
+  return Hand(GetCurve(direction, dip, tolerance), data);
+}
+
+bool CStats_SampleVariogram::Hand(VariogramCurve curve, CStats_VariogramData& data) const {
+  if ((lagFlags & kPolar) == 0) return false;
+  data.pairCount.resize(curve.pairCount.size());
+  std::transform(curve.pairCount.begin(), curve.pairCount.end(), data.pairCount.begin(), Saturate);
+  data.lag = std::move(curve.lag);
+  data.covariance = std::move(curve.covariance);
+  data.momentOfInertia = std::move(curve.momentOfInertia);
+  return true;
+}
+
+VariogramCurve CStats_SampleVariogram::GetCurve() {
+  return ReadCurve([](std::size_t levels, std::size_t rows) {
+    return Weights{std::vector<double>(levels, 1.0), std::vector<double>(rows, 1.0)};
+  });
+}
+
+VariogramCurve CStats_SampleVariogram::GetCurve(double direction, double dip, double tolerance) {
   const double spread = tolerance * kPi / 180;
-  return ReadCurve(data, [&](std::size_t levels, std::size_t rows) {
+  return ReadCurve([&](std::size_t levels, std::size_t rows) {
     std::vector<double> ofLevels(levels, 0.0);
     if (GetSpatialDimCount() >= 3) {
       ofLevels = GetWeights(levels, kPi, (90 - dip) * kPi / 180, spread);
@@ -182,12 +203,9 @@ bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data, double
 }
 
 template <class GetWeights>
-bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeights& getWeights) {
-  if ((lagFlags & kPolar) == 0) return false;
-  data.pairCount.clear();
-  data.lag.clear();
-  data.covariance.clear();
-  data.momentOfInertia.clear();
+VariogramCurve CStats_SampleVariogram::ReadCurve(const GetWeights& getWeights) const {
+  VariogramCurve curve;
+  if ((lagFlags & kPolar) == 0) return curve;
   const std::size_t rows = grid.empty() ? 0 : grid[0].size();
   const std::size_t lags = rows == 0 ? 0 : grid[0][0].size();
   const Weights weights = getWeights(grid.size(), rows);
@@ -200,7 +218,7 @@ bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeig
       if (!(weights.rows[row] > 0)) continue;
       for (std::size_t lag = 0; lag < lags; ++lag) {
         const LagCell& cell = grid[level][row][lag];
-        const double weight = cell.count * weights.rows[row] * weights.levels[level];
+        const double weight = static_cast<double>(cell.pairs) * weights.rows[row] * weights.levels[level];
         sums[lag].weight += weight;
         sums[lag].covariance += cell.covariance * weight;
         sums[lag].moment += cell.moment * weight;
@@ -211,12 +229,12 @@ bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeig
   for (std::size_t lag = 0; lag < lags; ++lag) {
     const Sum& sum = sums[lag];
     if (!(sum.weight > 0)) continue;
-    data.pairCount.push_back(static_cast<int>(sum.weight));
-    data.lag.push_back((static_cast<double>(lag) + 0.5) * lagWidth);
-    data.covariance.push_back(sum.covariance / sum.weight);
-    data.momentOfInertia.push_back(sum.moment / sum.weight);
+    curve.pairCount.push_back(static_cast<std::int64_t>(sum.weight));
+    curve.lag.push_back((static_cast<double>(lag) + 0.5) * lagWidth);
+    curve.covariance.push_back(sum.covariance / sum.weight);
+    curve.momentOfInertia.push_back(sum.moment / sum.weight);
   }
-  return true;
+  return curve;
 }
 
 }  // namespace tallyscope

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "spatial/Stats_Spatial.h"
+#include "spatial/VariogramCurve.h"
 
 namespace tallyscope {
 
@@ -21,12 +23,14 @@ class CStats_VariogramData;
 class CStats_SampleVariogram : public CStats_Spatial {
  public:
   // Of CalcErrorVariance.
-  int errorPairCount = 0;
+  int errorPairCount = 0;  // saturates
+  std::int64_t errorPairs = 0;
   double errorCovariance = 0;
   double errorMoment = 0;
 
   // Computes the grid: 50 lags by 72 azimuths, or 25 by 36 by 18 dips in three dimensions. A range of 0 or less gives
-  // way to the default range; a limit below 1 takes all stations. Sets flag 4 of the item unless cancelled.
+  // way to the default range, which follows from the spacing of the stations in the calculator's own spatial dims; a
+  // limit below 1 takes all stations. Sets flag 4 of the item unless cancelled.
   virtual void CalcVariogram(int item, double range, int sampleLimit, CProgressSink* progress);
 
   // The values of pairs of stations of one leaf of the search that lie closer than `range`: an estimate of the
@@ -36,9 +40,12 @@ class CStats_SampleVariogram : public CStats_Spatial {
   // Curves: an entry for each lag with a pair. False, with `data` as it was, if the grid isn't polar. `direction` is a
   // bearing in degrees clockwise from +y, `dip` is positive downwards and counts with three spatial dims only;
   // `tolerance` is to each side of both. A bin that is in part within the tolerance counts in part. Pair counts are of
-  // the grid, where each pair counts twice.
+  // the grid, where each pair counts twice; they saturate.
   virtual bool GetVariogramData(CStats_VariogramData& data);
   virtual bool GetVariogramData(CStats_VariogramData& data, double direction, double dip, double tolerance);
+  // The same curves with counts in full; empty if the grid isn't polar.
+  VariogramCurve GetCurve();
+  VariogramCurve GetCurve(double direction, double dip, double tolerance);
 
  private:
   struct Weights {
@@ -48,7 +55,8 @@ class CStats_SampleVariogram : public CStats_Spatial {
 
   double GetDefaultRange(CStats_Data* data);
   template <class GetWeights>
-  bool ReadCurve(CStats_VariogramData& data, const GetWeights& getWeights);
+  VariogramCurve ReadCurve(const GetWeights& getWeights) const;
+  bool Hand(VariogramCurve curve, CStats_VariogramData& data) const;
 };
 
 }  // namespace tallyscope

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "spatial/CoordinateRange.h"
 #include "spatial/Stats_PointSearch.h"
 #include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
@@ -48,9 +49,9 @@ struct PlaneSums {
   }
 };
 
-void Normalise(const CStats_Univariate& figures, double& start, double& range) {
-  start = figures.minimum;
-  range = figures.maximum - figures.minimum;
+void Normalise(const CoordinateRange& found, double& start, double& range) {
+  start = found.low;
+  range = found.high - found.low;
   if (range == 0) range = 1.0;
 }
 
@@ -164,7 +165,7 @@ bool CStats_Spatial::FitSurface(int item, CProgressSink* progress) {
   return good;
 }
 
-// Stations without a co-ordinate have no part in it.
+// Stations without a finite co-ordinate have no part in it.
 bool CStats_Spatial::CalcSurfaceFit(CStats_Data* data, int dim, CProgressSink* progress) {
   constexpr int kBlock = 512;
   const int dims[3] = {dims_[0], dims_[1], dim};
@@ -172,9 +173,9 @@ bool CStats_Spatial::CalcSurfaceFit(CStats_Data* data, int dim, CProgressSink* p
   unsigned char valid[3][kBlock];
   fitA = fitB = fitC = 0;
   if (xStatistics_ == nullptr || yStatistics_ == nullptr || valueStatistics_ == nullptr) return false;
-  Normalise(*xStatistics_, xMin, xRange);
-  Normalise(*yStatistics_, yMin, yRange);
-  Normalise(*valueStatistics_, valueMin, valueRange);
+  Normalise(FindCoordinateRange(*data, dims[0], *xStatistics_), xMin, xRange);
+  Normalise(FindCoordinateRange(*data, dims[1], *yStatistics_), yMin, yRange);
+  Normalise({valueStatistics_->minimum, valueStatistics_->maximum}, valueMin, valueRange);
 
   const int total = data->GetSize();
   StationProgress reporter(progress, total);
@@ -185,6 +186,7 @@ bool CStats_Spatial::CalcSurfaceFit(CStats_Data* data, int dim, CProgressSink* p
     for (int i = 0; i < 3; ++i) data->ReadValues(dims[i], first, count, values[i], valid[i]);
     for (int i = 0; i < count; ++i) {
       if (valid[0][i] == 0 || valid[1][i] == 0 || valid[2][i] == 0) continue;
+      if (!std::isfinite(values[0][i]) || !std::isfinite(values[1][i])) continue;
       sums.Add((values[0][i] - xMin) / xRange, (values[1][i] - yMin) / yRange, (values[2][i] - valueMin) / valueRange);
     }
     first += count;

@@ -21,7 +21,8 @@ class CStats_Univariate;
 //   2   lag pairs: stations some distance apart, cell by cell
 //   4   lag grid: all pairs of stations that have a value in the item's field, sorted by their separation
 //   8   surface fit: a plane through the values, v' = a + b x' + c y' on normalised co-ordinates
-// It reaches the stations through the data set's point search, which it leaves built on its spatial dims. A session's
+// It reaches the stations through the data set's point search, which it leaves built on its spatial dims. A co-ordinate
+// that isn't finite counts as null. A session's
 // calculator holds the selection:
 //   spatial.AddSelRegion(std::make_unique<CStats_RgnSelAll>());
 //   spatial.bitmaps[0].Get(station) ...
@@ -109,12 +110,15 @@ class CStats_Spatial : public CStats_Calculator {
   virtual int GetSpatialDimCount() { return dimCount_; }
   virtual int GetListCount() { return static_cast<int>(lists.size()); }
 
-  // The computations: false when the search can't be had or the sink cancels; what was computed so far then stays.
+  // The computations: false when the search can't be had, the sink cancels, or there are more cells than memory is
+  // given to (2^24, or 2 GB of lists and bitmaps); what was computed so far then stays. A region whose search can't be
+  // built is skipped: the others are taken, and the answer is false in the end.
   virtual bool CalcExtraction(CStats_Data* data, int dim, CProgressSink* progress);
   virtual bool CalcLagPairs(CStats_Data* data, int dim, CProgressSink* progress);
   // Wants valueStatistics_. After the walk through the search that is no longer partitioned. Fewer than two spatial
-  // dims have no search: their pairs are walked without.
+  // dims have no search: their pairs are walked without, and stations with a null co-ordinate have no part in that.
   virtual bool CalcLagGrid(CStats_Data* data, int dim, CProgressSink* progress);
+  // Over the stations with a value and both co-ordinates.
   virtual bool CalcSurfaceFit(CStats_Data* data, int dim, CProgressSink* progress);
 
   // Gestures: add one (what was undone before is dropped), undo the last active, redo the first undone, undo all.

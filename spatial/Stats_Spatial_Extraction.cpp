@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
+#include "spatial/CellLimit.h"
 #include "spatial/PolygonTest.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
@@ -61,12 +64,14 @@ bool CStats_Spatial::CalcExtraction(CStats_Data* data, int, CProgressSink* progr
 bool CStats_Spatial::ExtractCells(CStats_Data* data, CProgressSink* progress) {
   CStats_PointSearch* search = data->GetPointSearch();
   if (search == nullptr || !search->IsPartitioned()) return false;
-  lists.clear();
-  bitmaps.clear();
   std::array<int, 3> count{};
   for (std::size_t axis = 0; axis < 3; ++axis) {
     count[axis] = HasAxis(extractFlags, axis) ? std::max(cellCount[axis], 0) : 1;
   }
+  const std::size_t bitmapSize = (extractFlags & kBitmaps) != 0 ? At(data->GetSize()) / 8 + sizeof(bvector) : 0;
+  if (!IsReasonableCellCount(count, sizeof(lists[0]) + bitmapSize)) return false;
+  lists.clear();
+  bitmaps.clear();
   const std::size_t cells = At(count[0]) * At(count[1]) * At(count[2]);
   lists.resize(cells);
   if ((extractFlags & kBitmaps) != 0) bitmaps.resize(cells, bvector(data->GetSize()));
@@ -99,7 +104,7 @@ class CStats_Spatial::Selector {
   Selector(CStats_Data* data, unsigned flags, bvector& bits, std::vector<int>& changed, CProgressSink* progress)
       : data_(data), flags_(flags), total_(data->GetSize()), bits_(bits), changed_(changed), progress_(progress) {}
 
-  // False if the region's search can't be built.
+  // False if the region's search can't be built; nothing is taken then.
   bool Apply(CStats_Rgn& region) {
     include_ = region.include;
     switch (region.GetType()) {
@@ -130,6 +135,7 @@ class CStats_Spatial::Selector {
     }
     return true;
   }
+  bool IsCancelled() const { return cancelled_; }  // in the build of a search
 
  private:
   bool Records() const { return (flags_ & kChanges) != 0; }
@@ -165,7 +171,9 @@ class CStats_Spatial::Selector {
 
   CStats_PointSearch* GetSearch(CStats_Rgn& region) {
     const int dims[3] = {region.GetDim1(), region.GetDim2(), region.GetDim3()};
-    return PrepareSearch(data_, dims, region.GetDimCount(), progress_);
+    CStats_PointSearch* search = PrepareSearch(data_, dims, region.GetDimCount(), progress_);
+    cancelled_ = search == nullptr && HasDims(data_, dims, region.GetDimCount()) && progress_ != nullptr;
+    return search;
   }
   bool IsSearchBuiltFor(CStats_Rgn& region) {
     CStats_PointSearch* search = data_->GetPointSearch();
@@ -203,7 +211,9 @@ class CStats_Spatial::Selector {
       for (int i = 0; i < count; ++i) {
         bool inside = true;
         for (int axis = 0; axis < axes && inside; ++axis) {
-          inside = valid[axis][i] != 0 && box.min[At(axis)] <= values[axis][i] && values[axis][i] <= box.max[At(axis)];
+          const double value = values[axis][i];
+          inside =
+              valid[axis][i] != 0 && std::isfinite(value) && box.min[At(axis)] <= value && value <= box.max[At(axis)];
         }
         if (inside) Take(first + i);
       }
@@ -218,35 +228,63 @@ class CStats_Spatial::Selector {
     vertices.reserve(At(region.GetPointCount()));
     for (int i = 0; i < region.GetPointCount(); ++i) vertices.push_back(region.GetPoint(i));
     if (vertices.empty()) return true;
-    const PolygonTest polygon(std::move(vertices));
+    PolygonTest polygon(std::move(vertices));
     Box box = polygon.GetBounds();
     OpenInactiveAxes(box, flags_);
     search->SearchBox(box);
-    for (const auto* leaf : search->GetLeaves()) TakeLeaf(*search, *leaf, polygon);
+    TakeLeaves(*search, search->GetLeaves(), polygon, polygon.GetWhole());
     return true;
   }
 
-  void TakeLeaf(const CStats_PointSearch& search, const CPointSearch::Node& leaf, const PolygonTest& polygon) {
-    const bool whole = IsLeafInside(leaf, polygon);
-    const double* x = search.GetLeafCoordinates(leaf, 0);
-    const double* y = search.GetLeafCoordinates(leaf, 1);
-    for (std::size_t p = 0; p < leaf.points.size(); ++p) {
-      if (!whole) {
-        const PolygonTest::Place place = polygon.Classify(x[p], y[p]);
-        if (place == PolygonTest::kOutside || (place == PolygonTest::kOnEdge && !include_)) continue;
+  // Halves of neighbouring leaves, as long as they meet an edge.
+  void TakeLeaves(const CStats_PointSearch& search, std::span<CPointSearch::Node* const> leaves, PolygonTest& polygon,
+                  const PolygonTest::Scope& outer) {
+    if (leaves.empty()) return;
+    const PolygonTest::Scope scope = polygon.Narrow(outer, Unite(leaves));
+    if (scope.edges == 0 && !scope.inside) return;
+    if (scope.edges == 0) {
+      for (const auto* leaf : leaves) {
+        for (const int station : leaf->points) Take(station);
       }
+    } else if (leaves.size() == 1) {
+      TakeLeaf(search, *leaves[0], polygon, scope);
+    } else {
+      TakeLeaves(search, leaves.first(leaves.size() / 2), polygon, scope);
+      TakeLeaves(search, leaves.subspan(leaves.size() / 2), polygon, scope);
+    }
+  }
+  static Box Unite(std::span<CPointSearch::Node* const> leaves) {
+    Box box = leaves[0]->box;
+    for (const auto* leaf : leaves) {
+      for (std::size_t axis = 0; axis < 2; ++axis) {
+        box.min[axis] = std::min(box.min[axis], leaf->box.min[axis]);
+        box.max[axis] = std::max(box.max[axis], leaf->box.max[axis]);
+      }
+    }
+    return box;
+  }
+
+  void TakeLeaf(const CStats_PointSearch& search, const CPointSearch::Node& leaf, PolygonTest& polygon,
+                const PolygonTest::Scope& scope) {
+    const std::size_t count = leaf.points.size();
+    places_.assign(count, PolygonTest::kInside);
+    if (!IsLeafInside(leaf, polygon, scope)) {
+      const double* x = search.GetLeafCoordinates(leaf, 0);
+      polygon.Classify(scope, x, search.GetLeafCoordinates(leaf, 1), count, places_.data());
+    }
+    for (std::size_t p = 0; p < count; ++p) {
+      if (places_[p] == PolygonTest::kOutside || (places_[p] == PolygonTest::kOnEdge && !include_)) continue;
       Take(leaf.points[p]);
     }
   }
-  static bool IsLeafInside(const CPointSearch::Node& leaf, const PolygonTest& polygon) {
+  static bool IsLeafInside(const CPointSearch::Node& leaf, PolygonTest& polygon, const PolygonTest::Scope& scope) {
     if (leaf.points.size() < kSmallLeaf || polygon.HasVertexIn(leaf.box)) return false;
     const Box& box = leaf.box;
-    for (const double x : {box.min[0], box.max[0]}) {
-      for (const double y : {box.min[1], box.max[1]}) {
-        if (polygon.Classify(x, y) == PolygonTest::kOutside) return false;
-      }
-    }
-    return true;
+    const double x[4] = {box.min[0], box.min[0], box.max[0], box.max[0]};
+    const double y[4] = {box.min[1], box.max[1], box.min[1], box.max[1]};
+    PolygonTest::Place corners[4];
+    polygon.Classify(scope, x, y, 4, corners);
+    return std::find(corners, corners + 4, PolygonTest::kOutside) == corners + 4;
   }
 
   CStats_Data* data_;
@@ -256,6 +294,8 @@ class CStats_Spatial::Selector {
   std::vector<int>& changed_;
   CProgressSink* progress_;
   bool include_ = true;
+  bool cancelled_ = false;
+  std::vector<PolygonTest::Place> places_;  // of the leaf at hand
 };
 
 bool CStats_Spatial::ExtractRegions(CStats_Data* data, CProgressSink* progress) {
@@ -271,14 +311,15 @@ bool CStats_Spatial::ExtractRegions(CStats_Data* data, CProgressSink* progress) 
   if (!reporter.Start("Extraction computation")) return false;
   CStats_Rgn* last = regions.GetLastActive();
   Selector selector(data, extractFlags, bitmaps[0], changed[0], progress);
+  bool good = true;
   for (int i = 0; i < regions.GetCount(); ++i) {
     CStats_Rgn& region = regions.Get(i);
     if (!region.IsActive() || (incremental && &region != last)) continue;
-    if (!selector.Apply(region)) return false;
-    if (!reporter.Report(i)) return false;
+    good = selector.Apply(region) && good;
+    if (selector.IsCancelled() || !reporter.Report(i)) return false;
   }
   if ((extractFlags & kLists) != 0) ListSetBits(bitmaps[0], total, lists[0]);
-  return true;
+  return good;
 }
 
 }  // namespace tallyscope

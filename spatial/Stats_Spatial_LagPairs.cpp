@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "spatial/CellLimit.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/StationBlocks.h"
@@ -117,6 +118,7 @@ bool CStats_Spatial::CalcLagPairs(CStats_Data* data, int dim, CProgressSink* pro
   if (search == nullptr || !search->IsPartitioned()) return false;
   PairCollector collector(*this, data, dim, *search);
   const PairCollector::Cell count = collector.GetCellCount();
+  if (!IsReasonableCellCount(count, 2 * sizeof(lists[0]))) return false;
   const std::size_t cells =
       static_cast<std::size_t>(count[0]) * static_cast<std::size_t>(count[1]) * static_cast<std::size_t>(count[2]);
   lists.assign(2 * cells, {});

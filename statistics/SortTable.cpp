@@ -2,18 +2,23 @@
 #include "statistics/SortTable.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <functional>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include "statistics/RadixOrder.h"
+#include "statistics/StopTree.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr std::size_t kCombBelow = 100;  // stations
+constexpr std::size_t kCombBelow = 100;      // stations
+constexpr std::ptrdiff_t kScanAlways = 256;  // stations
+constexpr std::ptrdiff_t kScanFactor = 4;    // random order takes a third of that
 
 // Values and their stations, moved together.
 struct Column {
@@ -108,6 +113,54 @@ void Partition(const Column& column, double pivot, std::ptrdiff_t& i, std::ptrdi
   }
 }
 
+// Makes the partitions of a quicksort. Scans that cross a range again and again for a swap or two, as in a column that
+// rises and then falls, would take quadratic time. So the stations that may be scanned are limited to a multiple of
+// n log n; past that, the next stop of a scan is looked up. The swaps are the same either way, and few: of a partition
+// at most as many as its smaller part has stations, and one, which makes O(n log n) of them in all (a station is in the
+// smaller part log2 n times at most).
+class Partitioner {
+ public:
+  Partitioner(const Column& column, std::ptrdiff_t size)
+      : column_(column), size_(size), allowance_(kScanFactor * size * std::bit_width(static_cast<std::size_t>(size))) {}
+
+  // Of [i, j], about its middle value. On return the parts are up to j and from i.
+  void Split(std::ptrdiff_t& i, std::ptrdiff_t& j) {
+    const double pivot = column_.values[(i + j) / 2];
+    const std::ptrdiff_t length = j - i + 1;
+    // A short range is scanned without telling the tree. Blocks inside it aren't asked again; one that it shares with a
+    // neighbour counts the neighbour's own values still, and what else it counts only makes a search look into it.
+    if (length > kScanAlways) allowance_ -= length;
+    if (length <= kScanAlways || allowance_ >= 0) {
+      Partition(column_, pivot, i, j);
+    } else {
+      SplitByLookup(pivot, i, j);
+    }
+  }
+
+ private:
+  // A scan never leaves its range: before the first swap the pivot stops it, after that the last station swapped does.
+  void SplitByLookup(double pivot, std::ptrdiff_t& i, std::ptrdiff_t& j) {
+    if (!stops_) stops_.emplace(column_.values, size_);
+    while (i <= j) {
+      i = stops_->FindNotBefore(i, pivot);
+      j = stops_->FindNotBehind(j, pivot);
+      if (i > j) break;
+      if (i < j) {
+        column_.Swap(i, j);
+        stops_->Update(i);
+        stops_->Update(j);
+      }
+      ++i;
+      --j;
+    }
+  }
+
+  Column column_;
+  std::ptrdiff_t size_;
+  std::ptrdiff_t allowance_;
+  std::optional<StopTree> stops_;
+};
+
 void Quicksort(const Column& column, std::ptrdiff_t size) {
   // The larger part is always the one that waits, so that each waiting range is less than half of the one before.
   struct Range {
@@ -116,12 +169,13 @@ void Quicksort(const Column& column, std::ptrdiff_t size) {
   Range waiting[64];
   int count = 0;
   waiting[count++] = {0, size - 1};
+  Partitioner partitioner(column, size);
   while (count > 0) {
     Range range = waiting[--count];
     while (range.left < range.right) {
       std::ptrdiff_t i = range.left;
       std::ptrdiff_t j = range.right;
-      Partition(column, column.values[(i + j) / 2], i, j);
+      partitioner.Split(i, j);
       if (j - range.left < range.right - i) {
         if (i < range.right) waiting[count++] = {i, range.right};
         range.right = j;

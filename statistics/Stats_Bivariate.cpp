@@ -90,6 +90,7 @@ void CStats_Bivariate::Serialize(CArchive& archive) {
     archive << version;
   } else {
     archive >> version;
+    if (version != 0) archive.Fail();
   }
   CStats_Calculator::Serialize(archive);
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "platform/core/Archive.h"
 #include "statistics/BinCounter.h"
@@ -122,7 +123,7 @@ bool CStats_Histogram::ComputeSorted(CStats_Data* data, int dim, CProgressSink* 
 double CStats_Histogram::GetMode() {
   if (bins.empty() || (binMode_ != kSortedMode && binMode_ != kBinnedMode)) return 0;
   const CHistogramBin* best = &bins.front();
-  double spread = 1e10;
+  double spread = std::numeric_limits<double>::infinity();
   double most = -1;
   for (const auto& bin : bins) {
     const double range = bin.dataMax - bin.dataMin;

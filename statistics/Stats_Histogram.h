@@ -40,6 +40,8 @@ class CStats_Histogram : public CStats_Calculator {
   CStats_Univariate* owner = nullptr;
 
   bool CalculateItem(int item, int flags, CProgressSink* progress) override;
+  // Settings, flags and bins, not the owner. Counts below 0, or of more bins than the archive still holds, leave no
+  // bins and a failed archive.
   void Serialize(CArchive& archive) override;
 
   virtual void SetBinMode(int mode) { binMode_ = mode; }
@@ -49,13 +51,13 @@ class CStats_Histogram : public CStats_Calculator {
   virtual int GetBinCount() { return static_cast<int>(bins.size()); }
   virtual int GetValidCount() { return validCount_; }
 
-  // Middle of the values of the densest bin; 0 without bins. Sorted: the bin of the smallest spread; binned: of the
-  // largest count.
+  // Middle of the values of the densest bin; 0 without bins. Sorted: the bin of the smallest spread, however large;
+  // binned: of the largest count. Of several the first.
   virtual double GetMode();
   virtual double GetPercentile(double fraction);   // value at a cumulative fraction; 0 without bins
   virtual int FindPercentileBin(double fraction);  // first bin whose cumulative reaches it; -1 without bins
   virtual int GetBinIndex(double value);           // bin of a value; -1 without bins
-  virtual double GetCumulative(double value);      // cumulative fraction at a value; 0 without bins
+  virtual double GetCumulative(double value);      // cumulative fraction at a value; 0 without bins, and if it is NaN
   virtual int FindFirstBin(double fraction);       // first bin at or above; the bin count if none
   virtual int FindLastBin(double fraction);        // last bin strictly below; -1 if none
 

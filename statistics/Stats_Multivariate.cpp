@@ -74,6 +74,7 @@ void CStats_Multivariate::Serialize(CArchive& archive) {
     archive << version;
   } else {
     archive >> version;
+    if (version != 0) archive.Fail();
   }
   CStats_Calculator::Serialize(archive);
 }

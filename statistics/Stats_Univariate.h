@@ -40,7 +40,8 @@ struct UnivariateFigures {
 //   8   quantiles from the binned histogram (and 1)
 //   16  quantiles from the sorted histogram if it can be made, from the binned one otherwise; sets 4 or 8, and 16, 32
 //   32  quantiles from the binned histogram; sets 8, 16, 32
-// 16 and 32 do nothing once 4 or 8 stands.
+// 16 and 32 do nothing once 4 or 8 stands. Without bit 1, as after a cancel, nothing else is computed: a later call
+// does it all.
 class CStats_Univariate : public CStats_Calculator, public UnivariateFigures {
  public:
   CStats_Univariate() = default;

@@ -18,6 +18,7 @@
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
 #include "workbench/DimIndex.h"
+#include "workbench/FieldBox.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -68,6 +69,10 @@ void CDlg_Tallyscope::PushData(CStats_Data* data, bool owns) {
 }
 
 void CDlg_Tallyscope::PopData() {
+  acts_.Run([this] { Pop(); });
+}
+
+void CDlg_Tallyscope::Pop() {
   if (sessions_.size() < 2) return;
   ResetDialog();
   sessions_.pop_back();
@@ -102,6 +107,20 @@ bool CDlg_Tallyscope::OnInitDialog() {
   grid_->AutoSizeColumns();
   RestoreLayout();
   return true;
+}
+
+void CDlg_Tallyscope::OnOK() {
+  acts_.Run([this] {
+    acts_.Forget();
+    CDialog::OnOK();
+  });
+}
+
+void CDlg_Tallyscope::OnCancel() {
+  acts_.Run([this] {
+    acts_.Forget();
+    CDialog::OnCancel();
+  });
 }
 
 void CDlg_Tallyscope::OnDestroy() {
@@ -139,13 +158,8 @@ void CDlg_Tallyscope::FillBoxes() {
   auto* modeBox = GetControl<QComboBox>(kControlMode);
   for (const auto mode : modes_) modeBox->addItem(ToQString(LoadString(GetModeString(mode))));
   if (GetData() == nullptr) return;
-  const int axes = GetDimension();
-  QStringList names;
-  for (int i = 0; i < axes + GetData()->GetValueSize(); ++i) {
-    names << ToQString(GetData()->GetValueName(DimFromIndex(i, axes)));
-  }
-  GetControl<QComboBox>(kControlKeyField)->addItems(names);
-  GetControl<QComboBox>(kControlAncField)->addItems(names);
+  const QStringList names = GetFieldNames(*GetData());
+  for (const int id : {kControlKeyField, kControlAncField}) FillFieldBox(*GetControl<QComboBox>(id), names);
 }
 
 void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
@@ -181,6 +195,7 @@ void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
 }
 
 void CDlg_Tallyscope::EnableControls() {
+  if (pageEnablesControls_) return;
   const bool two = HasTwoFields(GetMode());
   EnableDlgItem(kControlKeyField, true);
   ShowDlgItem(kControlKeyField, true);
@@ -196,15 +211,17 @@ void CDlg_Tallyscope::EnableControls() {
 // The user's choices.
 
 void CDlg_Tallyscope::OnSelchangeMode() {
-  if (sheet_) sheet_->Process(0);
-  const auto before = GetMode();
-  UpdateData(true);
-  EnableControls();
-  if (GetMode() == before) return;
-  ResetDialog();
-  ChangeMode();
-  UpdateData(false);
-  CreatePS(0);
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const auto before = GetMode();
+    UpdateData(true);
+    EnableControls();
+    if (GetMode() == before) return;
+    ResetDialog();
+    ChangeMode();
+    UpdateData(false);
+    CreatePS(0);
+  });
 }
 
 int CDlg_Tallyscope::RepairedDim(int dim) const {
@@ -243,12 +260,14 @@ void CDlg_Tallyscope::ChangeMode() {
 }
 
 void CDlg_Tallyscope::OnSelchangeKeyField() {
-  if (sheet_) sheet_->Process(0);
-  const int before = GetKeyDim();
-  UpdateData(true);
-  if (GetKeyDim() == before) return;
-  RefreshDialog(false);
-  ShowKeyColumn();
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const int before = GetKeyDim();
+    UpdateData(true);
+    if (GetKeyDim() == before) return;
+    RefreshDialog(false);
+    ShowKeyColumn();
+  });
 }
 
 // Brings the key field's column into view, at the rows that are there.
@@ -259,15 +278,20 @@ void CDlg_Tallyscope::ShowKeyColumn() {
 }
 
 void CDlg_Tallyscope::OnSelchangeAncField() {
-  if (sheet_) sheet_->Process(0);
-  const int before = GetAncDim();
-  UpdateData(true);
-  if (GetAncDim() != before) RefreshDialog(false);
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const int before = GetAncDim();
+    UpdateData(true);
+    if (GetAncDim() != before) RefreshDialog(false);
+  });
 }
 
 void CDlg_Tallyscope::OnPopData() {
-  PopData();
-  EnableControls();
+  acts_.Run([this] {
+    Pop();
+    EnableControls();
+    FocusPage();
+  });
 }
 
 // Opens the help page of the mode shown. The help file lies beside the product's program, whose path the profile keeps.

@@ -5,9 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include <QPointer>
+
 #include "platform/core/Colour.h"
 #include "platform/ui/Dialog.h"
 #include "statistics/Tallyscope.h"
+#include "workbench/WaitingActs.h"
 
 class QSplitter;
 
@@ -32,6 +35,9 @@ inline constexpr unsigned long kShowVariogramModel = 0x20;
 // it. It owns a stack of sessions, the top one being the working table, and one sheet at a time, built anew on each
 // change of mode, field or table. It holds no statistics of its own. A host reaches it through CDlg_Tallyscope_Ext;
 // PushData must have been called before DoModal.
+//
+// What takes the sheet or a session down (a push, a pop, another mode or field, RefreshDialog, the end) waits while a
+// menu or a dialog is open on top of the window: see WaitingActs.
 class CDlg_Tallyscope : public CDialog {
  public:
   explicit CDlg_Tallyscope(CWnd* parent = nullptr);
@@ -96,6 +102,8 @@ class CDlg_Tallyscope : public CDialog {
 
  protected:
   bool OnInitDialog() override;
+  void OnOK() override;
+  void OnCancel() override;
   void OnDestroy() override;
   void CreateControls() override;
   void DoDataExchange(CDataExchange* exchange) override;
@@ -130,6 +138,8 @@ class CDlg_Tallyscope : public CDialog {
   void OnBnClickedButtonCeSpreadsheet();
   void OnHelp();
 
+  virtual void ShowSelectedCount();  // at each EnableControls
+
   virtual void SelectRow(int position, int shift, int control);
   virtual void SelectCol(int column, int shift, int control);
   virtual int ComposeMenu(CMenu* menu, int row, int col);
@@ -148,10 +158,14 @@ class CDlg_Tallyscope : public CDialog {
   void MakeTips();
   void RestoreLayout();
   void SaveLayout() const;
+  QWidget* GetFocusPlace() const;
+  void FocusPage();
 
   void FillModes();
   void FillBoxes();
   void ChangeMode();
+  void Pop();
+  void Push();
   void ShowKeyColumn();
   int RepairedDim(int dim) const;  // the dim if the table has it, else 0
 
@@ -163,11 +177,12 @@ class CDlg_Tallyscope : public CDialog {
   std::pair<int, int> FindShiftRange(int position);
   std::unique_ptr<CStats_Rgn> MakeRowRegion(int first, int last);
   void OnSelectionChanged();
-  void ShowSelectedCount();
+  void RefreshPage();
 
   // The spreadsheet (Dlg_Tallyscope_Spreadsheet.cpp).
-  bool IsSortedSS();  // the spreadsheet shows the session's sort; brings a stale sort table back first
+  bool IsSortedSS();  // the spreadsheet shows the session's table and sort; brings a stale sort table back first
   int GetStationSS(int position);
+  void RestoreWidths();
   bool IsDimInUse(int dim) const;
   bool SupplyCell(GV_DISPINFO* info);
   COLORREF GetCellColour(int dim, int station) const;
@@ -183,6 +198,8 @@ class CDlg_Tallyscope : public CDialog {
   QSplitter* splitter_ = nullptr;
   QWidget* sheetArea_ = nullptr;
   QWidget* ancLabel_ = nullptr;
+  QPointer<QWidget> parkedFocus_;  // where the focus of a page that went waits for the next page
+  WaitingActs acts_{*this};
 
   COLORREF normalColour_ = 0xffffff;
   COLORREF nullColour_ = 0x80c0ff;
@@ -191,7 +208,8 @@ class CDlg_Tallyscope : public CDialog {
   bool highlightKey_ = true;
   bool allowSelection_ = true;
   bool spreadsheetShown_ = true;
-  int hiddenHeight_ = 0;  // what the window shrank by
+  bool pageEnablesControls_ = false;  // the window's follow when the page's are done
+  int hiddenHeight_ = 0;              // what the window shrank by
   unsigned long showMask_ = kShowUnivariate | kShowBivariate | kShowSpatial | kShowVariogram;
   std::vector<CTallyscope::eAnalysisMode> modes_;
   int keyIndex_ = 0;

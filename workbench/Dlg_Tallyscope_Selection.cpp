@@ -23,10 +23,10 @@ namespace tallyscope {
 
 namespace {
 
-// The selection's bits if they fit a table of `stations` stations; null otherwise.
-const bvector* GetSelection(const CStats_Spatial* spatial, int stations) {
-  if (spatial == nullptr || spatial->bitmaps.size() != 1 || spatial->bitmaps.front().GetSize() != stations)
-    return nullptr;
+// The selection's bits if they fit the table; null otherwise.
+const bvector* GetSelection(const CStats_Spatial* spatial, CStats_Data* table) {
+  if (spatial == nullptr || table == nullptr || spatial->bitmaps.size() != 1) return nullptr;
+  if (spatial->bitmaps.front().GetSize() != table->GetSize()) return nullptr;
   return &spatial->bitmaps.front();
 }
 
@@ -40,7 +40,7 @@ std::unique_ptr<CStats_Rgn> MakeStationRange(int first, int last) {
 }  // namespace
 
 bool CDlg_Tallyscope::IsSelectedRow(int station) const {
-  const auto* selection = GetSelection(GetSpatialCalculator(), GetSSData()->GetSize());
+  const auto* selection = GetSelection(GetSpatialCalculator(), GetSSData());
   return selection != nullptr && selection->Get(station);
 }
 
@@ -64,7 +64,7 @@ std::unique_ptr<CStats_Rgn> CDlg_Tallyscope::MakeRowRegion(int first, int last) 
 }
 
 void CDlg_Tallyscope::SelectRow(int position, int shift, int control) {
-  const int size = GetSSData()->GetSize();
+  const int size = GetSSData() != nullptr ? GetSSData()->GetSize() : 0;
   const auto mode = grid_->GetSelectRowMode();
   auto* spatial = GetSpatialCalculator();
   if (position < 0 || position >= size || !allowSelection_ || mode == CTSSelectGridCtrl::eNone || spatial == nullptr) {
@@ -74,8 +74,7 @@ void CDlg_Tallyscope::SelectRow(int position, int shift, int control) {
   if (shift != 0 && mode == CTSSelectGridCtrl::eExtended) std::tie(first, last) = FindShiftRange(position);
   using Spatial = CStats_Spatial;
   spatial->extractFlags &= ~(Spatial::kRegularCells | Spatial::kLists | Spatial::kExtractZ);
-  spatial->extractFlags |=
-      Spatial::kBitmaps | Spatial::kExtractX | Spatial::kExtractY | Spatial::kIncremental | Spatial::kChanges;
+  spatial->extractFlags |= Spatial::kBitmaps | Spatial::kExtractX | Spatial::kExtractY | Spatial::kIncremental;
 
   std::unique_ptr<CStats_Rgn> region;
   const int station = GetStationSS(first);
@@ -88,16 +87,27 @@ void CDlg_Tallyscope::SelectRow(int position, int shift, int control) {
   }
   region->SetDims(spatial->GetSpatialDimX(), spatial->GetSpatialDimY(), spatial->GetSpatialDimZ(),
                   spatial->GetSpatialDimCount());
+  // The stations whose bit changes are recorded for the page that is told, and for no later selection.
+  spatial->extractFlags |= Spatial::kChanges;
   spatial->AddSelRegion(std::move(region));
   OnSelectionChanged();
+  spatial->extractFlags &= ~static_cast<unsigned>(Spatial::kChanges);
+  spatial->changed.clear();
 }
 
-// After a change of the selection by rows.
+// After a change of the selection by rows. A page that enables its controls may have the window's enabled too; once is
+// enough.
 void CDlg_Tallyscope::OnSelectionChanged() {
   grid_->Invalidate();
+  pageEnablesControls_ = true;
+  RefreshPage();
+  pageEnablesControls_ = false;
   EnableControls();
-  if (!sheet_ || sheet_->GetActivePage() == nullptr) return;
-  auto* page = sheet_->GetActivePage();
+}
+
+void CDlg_Tallyscope::RefreshPage() {
+  auto* page = sheet_ ? sheet_->GetActivePage() : nullptr;
+  if (page == nullptr) return;
   if (auto* ours = dynamic_cast<CPP_Base*>(page)) ours->EnableControls();
   page->SendMessage(kMessageSelectionChanged);
 }
@@ -106,13 +116,17 @@ void CDlg_Tallyscope::ShowSelectedCount() {
   auto* label = GetControl<QLabel>(kControlSelected);
   if (label == nullptr || GetData() == nullptr) return;
   const int size = GetData()->GetSize();  // of the stations, also while the spreadsheet shows another table
-  const auto* selection = GetSelection(GetSpatialCalculator(), size);
+  const auto* selection = GetSelection(GetSpatialCalculator(), GetData());
   const int selected = selection != nullptr ? selection->Count() : 0;
   label->setText(selected > 0 ? QString("%1 of %2 selected").arg(selected).arg(size)
                               : QString(size == 1 ? "%1 station" : "%1 stations").arg(size));
 }
 
 void CDlg_Tallyscope::OnPushData() {
+  acts_.Run([this] { Push(); });
+}
+
+void CDlg_Tallyscope::Push() {
   auto* spatial = GetSpatialCalculator();
   if (spatial == nullptr || spatial->regions.GetLastActive() == nullptr) return;
   if (sheet_) sheet_->Process(0);
@@ -129,6 +143,7 @@ void CDlg_Tallyscope::OnPushData() {
   UpdateData(false);
   CreatePS(0);
   EnableControls();
+  FocusPage();
 }
 
 }  // namespace tallyscope

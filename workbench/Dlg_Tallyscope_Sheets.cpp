@@ -21,10 +21,12 @@
 namespace tallyscope {
 
 void CDlg_Tallyscope::RefreshDialog(bool save) {
-  if (save && sheet_) sheet_->Process(0);
-  const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
-  ResetDialog();
-  CreatePS(page);
+  acts_.Run([this, save] {
+    if (save && sheet_) sheet_->Process(0);
+    const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
+    ResetDialog();
+    CreatePS(page);
+  });
 }
 
 void CDlg_Tallyscope::ResetDialog() {
@@ -35,7 +37,13 @@ void CDlg_Tallyscope::ResetDialog() {
   update();
 }
 
+// A focus that dies goes to the next control in turn, which may be OK, and the next Space then ends the window. So it
+// is taken off the sheet before.
 void CDlg_Tallyscope::DestroyPSheet() {
+  if (sheet_ && (sheet_.get() == focusWidget() || sheet_->isAncestorOf(focusWidget()))) {
+    parkedFocus_ = GetFocusPlace();
+    parkedFocus_->setFocus(Qt::OtherFocusReason);
+  }
   sheet_.reset();
 }
 

@@ -25,19 +25,7 @@ namespace tallyscope {
 
 namespace {
 
-std::vector<int> GetColumnWidths(const CGridCtrl& grid) {
-  std::vector<int> widths(static_cast<std::size_t>(grid.GetColumnCount()));
-  for (std::size_t column = 0; column < widths.size(); ++column) {
-    widths[column] = grid.GetColumnWidth(static_cast<int>(column));
-  }
-  return widths;
-}
-
-void SetColumnWidths(CGridCtrl& grid, const std::vector<int>& widths) {
-  for (std::size_t column = 1; column < widths.size(); ++column) {
-    grid.SetColumnWidth(static_cast<int>(column), widths[column]);
-  }
-}
+constexpr int kDefaultWidth = 64;  // of the menu's item
 
 int IsDown(Qt::KeyboardModifier key) {
   return QApplication::keyboardModifiers().testFlag(key) ? 1 : 0;
@@ -51,17 +39,24 @@ void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
   GetTallyscope()->SetSSData(data);
   highlightKey_ = highlightKey;
   if (grid_ == nullptr) return;  // not opened yet
+  if (wasWorking && !isWorking) workingWidths_ = grid_->GetColumnWidths();
   if (data != nullptr) {
-    if (wasWorking && !isWorking) workingWidths_ = GetColumnWidths(*grid_);
     grid_->SetRowCount(data->GetSize() + 1);
     grid_->SetColumnCount(data->GetSpatialSize() + data->GetValueSize() + 1);
     if (!isWorking) grid_->AutoSizeColumns();
-    if (!wasWorking && isWorking) SetColumnWidths(*grid_, workingWidths_);
+    if (!wasWorking && isWorking) RestoreWidths();
     ShowSelectedCount();
   }
   UpdateSortFlag();
   ShowStatus("");  // what stood there was of the table before
   grid_->Invalidate();
+}
+
+// Column 0 keeps the width that its row numbers need.
+void CDlg_Tallyscope::RestoreWidths() {
+  if (workingWidths_.empty()) return;
+  workingWidths_[0] = grid_->GetColumnWidth(0);
+  grid_->SetColumnWidths(workingWidths_);
 }
 
 void CDlg_Tallyscope::UpdateSortFlag() {
@@ -80,7 +75,7 @@ void CDlg_Tallyscope::UpdateSortFlag() {
 bool CDlg_Tallyscope::IsSortedSS() {
   auto& sort = GetTallyscope()->sort;
   auto* data = GetSSData();
-  if (!sort.sorted || !allowSelection_ || data == nullptr) return false;
+  if (!sort.sorted || !allowSelection_ || data == nullptr || data != GetData()) return false;
   if (data->IsSorted(sort.field, sort.descending)) return true;
   const CWaitCursor wait;
   data->Sort(sort.field, sort.descending, nullptr);
@@ -189,21 +184,24 @@ void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
       return;
   }
   if (dim == before) return;
-  if (sheet_) sheet_->Process(0);
-  (this->*set)(dim);
-  UpdateData(false);
-  RefreshDialog(false);
+  acts_.Run([this, set, dim] {
+    if (sheet_) sheet_->Process(0);
+    (this->*set)(dim);
+    UpdateData(false);
+    RefreshDialog(false);
+  });
 }
 
 // The menu.
 
 void CDlg_Tallyscope::OnGridRClick(int row, int col) {
   if (row < 0 || col < 0) return;  // beside the table
+  const auto* data = GetSSData();
   CMenu menu;
   if (ComposeMenu(&menu, row, col) == 0) return;
   const QPoint at = grid_->viewport()->mapToGlobal(grid_->GetCellRect(row, col).center());
   const int id = GetModal().RunMenu(this, menu, at);
-  if (id != 0) ProcessMenu(row, col, id);
+  if (id != 0 && GetSSData() == data) ProcessMenu(row, col, id);  // another table has other columns
 }
 
 int CDlg_Tallyscope::ComposeMenu(CMenu* menu, int, int col) {
@@ -211,7 +209,7 @@ int CDlg_Tallyscope::ComposeMenu(CMenu* menu, int, int col) {
   if (allowSelection_) {
     menu->AppendItem(kMenuStatistics, LoadString(kStringStatistics));
     menu->AppendSeparator();
-    if (col >= 1 && GetSSData()->CanSort()) {
+    if (col >= 1 && GetSSData() != nullptr && GetSSData() == GetData() && GetSSData()->CanSort()) {
       const bool byThis = IsSortedSS() && sort.column == col;
       menu->AppendItem(kMenuSortAscending, LoadString(kStringSortAscending), byThis && sort.descending == 0);
       menu->AppendItem(kMenuSortDescending, LoadString(kStringSortDescending), byThis && sort.descending != 0);
@@ -240,8 +238,7 @@ int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
       grid_->AutoSizeColumns();
       return 1;
     case kMenuDefaultWidth:
-      for (int column = 0; column < grid_->GetColumnCount(); ++column) grid_->SetColumnWidth(column, 64);
-      grid_->Invalidate();
+      grid_->SetColumnWidths(std::vector<int>(static_cast<std::size_t>(grid_->GetColumnCount()), kDefaultWidth));
       return 0;
     case kMenuStatistics:
       ShowSummary(col);
@@ -255,8 +252,9 @@ int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
 }
 
 void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
-  const CWaitCursor wait;
   auto* data = GetSSData();
+  if (data == nullptr || data != GetData()) return;  // the sort is of the session's table
+  const CWaitCursor wait;
   auto& sort = GetTallyscope()->sort;
   const int dim = DimFromColumn(col, data->GetSpatialSize());
   const int descending = ascending == 0 ? 1 : 0;
@@ -278,6 +276,7 @@ void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
 }
 
 void CDlg_Tallyscope::ShowSummary(int col) {
+  if (GetSSData() == nullptr) return;
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
   if (!IsDimInRange(dim, GetDimension(), GetData()->GetValueSize())) return;
   auto* figures = GetUniStats(dim);
@@ -295,6 +294,7 @@ void CDlg_Tallyscope::FindValue(int col) {
   CDlg_FindValue dialog(this);
   if (dialog.DoModal() != kIdOk || !IsSortedSS()) return;
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
+  if (dim != GetTallyscope()->sort.field) return;
   int position = 0;
   if (GetSSData()->Find(dim, ParseLocale(dialog.value), position, dialog.comparison, dialog.occurrence + 1)) {
     EnsureVisibleSS(GetSSData()->GetSortedStation(dim, position) + 1, col);

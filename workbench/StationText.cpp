@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "files/NumberText.h"
+#include "platform/core/ShownText.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/DimIndex.h"
 
@@ -25,7 +26,8 @@ CString DescribeStation(CStats_Data& data, int station, const std::vector<int>& 
   for (const int dim : shown) {
     double value = 0;
     const bool valid = data.GetValue(dim, station, value);
-    text += (text.back() == ':' ? " " : ", ") + data.GetValueName(dim) + " " + (valid ? ShownNumber(value) : "null");
+    text += (text.back() == ':' ? " " : ", ") + ShownText(data.GetValueName(dim)) + " " +
+            (valid ? ShownNumber(value) : "null");
   }
   return text;
 }

@@ -188,6 +188,36 @@ void LagGridRow(benchmark::State& state, const Row& row) {
   state.counters["to_plain"] = best / plain;
 }
 
+// One station far off, against the same stations without it: all their pairs in both, in the one by the default range,
+// which the stranger makes as large as itself.
+void OneStationFarOff(benchmark::State& state) {
+  const Row row{"", 2, 25'000, 2000, false, false, false, kBest};
+  Stations stations = MakeStations(row);
+  CMadeTable without = MakeTable(row, stations);
+  stations.at[0][12'345] = 1e300;
+  CMadeTable with = MakeTable(row, stations);
+  double best[3];
+  std::fill(best, best + 3, std::numeric_limits<double>::infinity());
+  for (auto _ : state) {
+    const auto run = [&](CMadeTable& table, double range, double& least) {
+      CStats_SampleVariogram variogram;
+      variogram.Add(&table, 0);
+      variogram.ResetSpatialDims();
+      const double time = Time([&] { variogram.CalcVariogram(0, range, 0, nullptr); });
+      least = std::min(least, time);
+      return time;
+    };
+    run(without, row.range, best[0]);
+    state.SetIterationTime(run(with, row.range, best[1]));
+    run(with, 0, best[2]);
+  }
+  state.counters["without_ms"] = best[0] * 1e3;
+  state.counters["to_without"] = best[1] / best[0];
+  state.counters["default_range_to_without"] = best[2] / best[0];
+}
+
+BENCHMARK(OneStationFarOff)->UseManualTime()->Unit(benchmark::kMillisecond);
+
 // Directions, dips and widths that change with each curve.
 void Curve(benchmark::State& state) {
   const int axes = static_cast<int>(state.range(0));

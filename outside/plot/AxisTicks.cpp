@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "files/NumberText.h"
+#include "outside/plot/Span.h"
 
 namespace tallyscope {
 
@@ -22,13 +23,14 @@ struct RoundStep {
   int minors = 5;    // parts of a step
 };
 
-RoundStep FindStep(double range, int most) {
+// An infinite step where no number is as large as it would be.
+RoundStep FindStep(double low, double high, int most) {
   static constexpr struct {
     double factor;
     int decimals;
     int minors;
   } kKinds[] = {{1, 0, 5}, {2, 0, 4}, {2.5, 1, 5}, {5, 0, 5}, {10, -1, 5}};
-  const double least = range / most;
+  const double least = HalfSpan(low, high) / most * 2;
   const int power = static_cast<int>(std::floor(std::log10(least)));
   const double unit = std::pow(10.0, power);
   for (const auto& kind : kKinds) {
@@ -73,20 +75,21 @@ AxisTicks MakeEnds(double low, double high) {
 }
 
 AxisTicks MakeEven(double low, double high, int most) {
-  const RoundStep step = FindStep(high - low, most);
+  const RoundStep step = FindStep(low, high, most);
+  if (!std::isfinite(step.step)) return MakeEnds(low, high);
   AxisTicks made;
   made.exponent = FindExponent(low, high, step);
   const double power = std::pow(10.0, made.exponent);
   const double first = std::floor(low / step.step);
   const double last = std::ceil(high / step.step);
   if (!(std::max(std::abs(first), std::abs(last)) < kMostSteps)) return MakeEnds(low, high);
-  const double slack = (high - low) * 1e-9;
+  const double slack = HalfSpan(low, high) * 1e-9 * 2;
   const int count = static_cast<int>(last - first);
   for (int major = 0; major <= count; ++major) {
     const double i = first + major;
     for (int minor = 0; minor < step.minors; ++minor) {
       const double value = (i + double(minor) / step.minors) * step.step;
-      if (value < low - slack || value > high + slack) continue;
+      if (!std::isfinite(value) || value < low - slack || value > high + slack) continue;
       made.ticks.push_back({value, minor == 0 ? MakeLabel(value / power, step.decimals + made.exponent) : CString()});
     }
   }
@@ -128,10 +131,6 @@ int CountMajors(const AxisTicks& made) {
 
 }  // namespace
 
-double GetRoundStep(double range, int most) {
-  return FindStep(range, most).step;
-}
-
 AxisTicks MakeAxisTicks(double low, double high, const AxisMap& map, double pixels,
                         const std::function<bool(const CString&, double)>& fits) {
   if (!std::isfinite(low) || !std::isfinite(high) || !(high > low) || pixels < 1) return {};
@@ -151,7 +150,8 @@ AxisTicks MakeAxisTicks(double low, double high, const AxisMap& map, double pixe
   AxisTicks made;
   for (int most = kMostMajors; most >= 2; --most) {
     made = MakeEven(low, high, most);
-    if (fits(FindLongest(made), pixels * GetRoundStep(high - low, most) / (high - low))) break;
+    const double step = FindStep(low, high, most).step;
+    if (fits(FindLongest(made), pixels * (step / 2 / HalfSpan(low, high)))) break;
   }
   return made;
 }

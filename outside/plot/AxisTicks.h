@@ -26,7 +26,4 @@ struct AxisTicks {
 AxisTicks MakeAxisTicks(double low, double high, const AxisMap& map, double pixels,
                         const std::function<bool(const CString& label, double pixelsApart)>& fits);
 
-// The least step of that kind that parts the range in `most` or fewer.
-double GetRoundStep(double range, int most);
-
 }  // namespace tallyscope

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "outside/plot/PlotDrawing.h"
 
+#include <algorithm>
+
+#include "platform/core/ShownText.h"
+
 namespace tallyscope {
 
 void DrawOutline(CDC& dc, const DrawRect& rect, COLORREF colour) {
@@ -12,20 +16,27 @@ void DrawOutline(CDC& dc, const DrawRect& rect, COLORREF colour) {
   dc.LineTo(rect.left, rect.top);
 }
 
+// The more is left out the shorter it gets, so the least that fits is searched by halves: a text's width is measured
+// some ten times, however long it is.
 CString ShortenText(CDC& dc, const CString& text, int room) {
-  if (dc.GetTextExtent(text).cx <= room) return text;
-  auto head = text.size() / 2;
-  auto tail = text.size() - head;
-  CString shortened;
-  do {
-    if (head > 0) --head;
-    if (tail > 0) --tail;
-    while (head > 0 && (text[head] & 0xC0) == 0x80) --head;
-    std::size_t from = text.size() - tail;
-    while (from < text.size() && (text[from] & 0xC0) == 0x80) ++from;
-    shortened = text.substr(0, head) + "…" + text.substr(from);
-  } while (head + tail > 2 && dc.GetTextExtent(shortened).cx > room);
-  return shortened;
+  const auto fits = [&](const CString& shown) { return dc.GetTextExtent(shown).cx <= room; };
+  if (text.size() <= kMostShownBytes && fits(text)) return text;
+  const std::size_t half = text.size() / 2;
+  const auto shorten = [&](std::size_t less) {
+    return LeaveMiddleOut(text, half - std::min(less, half), text.size() - half - std::min(less, text.size() - half));
+  };
+  // By this much less on both sides of the middle.
+  std::size_t low = std::max<std::size_t>(1, half - std::min(half, kMostShownBytes / 2));
+  std::size_t high = std::max(low, half);
+  while (low < high) {
+    const std::size_t middle = low + (high - low) / 2;
+    if (fits(shorten(middle))) {
+      high = middle;
+    } else {
+      low = middle + 1;
+    }
+  }
+  return shorten(low);
 }
 
 }  // namespace tallyscope

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "outside/plot/PlotPicture.h"
 
+#include <new>
+#include <utility>
+
 #include <QBuffer>
 #include <QFileInfo>
 #include <QImage>
@@ -11,6 +14,7 @@
 
 #include "outside/plot/UPlotX_Container.h"
 #include "platform/core/AtomicFile.h"
+#include "platform/core/ShownText.h"
 #include "platform/ui/PainterDC.h"
 #include "platform/ui/Wnd.h"
 
@@ -50,79 +54,98 @@ class PictureSetting {
   CSize size_;
 };
 
-void PaintAll(CUPlotX_Container& container, QPainter& painter, CSize size) {
-  CPainterDC dc(painter, size);
-  container.RenderKept(dc);
+// False where the device doesn't take it.
+bool Paint(CUPlotX_Container& container, QPainter& painter, CSize size) {
+  if (!painter.isActive()) return false;
+  {
+    CPainterDC dc(painter, size);
+    container.RenderKept(dc);
+  }
+  return painter.end();
 }
 
-QByteArray MakePng(CUPlotX_Container& container, CSize size, double scale) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  MakePicture(container, size, scale).save(&buffer, "PNG");
-  return bytes;
-}
-
-QByteArray MakeSvg(CUPlotX_Container& container, CSize size) {
+QImage PaintImage(CUPlotX_Container& container, CSize size, double scale) {
+  QImage image(static_cast<int>(size.cx * scale), static_cast<int>(size.cy * scale), QImage::Format_RGB32);
+  if (image.isNull()) return image;
+  image.setDevicePixelRatio(scale);
   const PictureSetting setting(container, size);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
+  CPainterDC dc(image);
+  container.RenderKept(dc);
+  return image;
+}
+
+bool WritePng(CUPlotX_Container& container, CSize size, double scale, QIODevice& device) {
+  const QImage image = PaintImage(container, size, scale);
+  return !image.isNull() && image.save(&device, "PNG");
+}
+
+// The writer takes a title for markup.
+QString MakeTitle(const CUPlotX& plot) {
+  return ToQString(WithoutControls(plot.titleX)).toHtmlEscaped();
+}
+
+bool WriteSvg(CUPlotX_Container& container, CSize size, QIODevice& device) {
+  const PictureSetting setting(container, size);
   QSvgGenerator generator;
-  generator.setOutputDevice(&buffer);
+  generator.setOutputDevice(&device);
   generator.setSize(QSize(size.cx, size.cy));
   generator.setViewBox(QRect(0, 0, size.cx, size.cy));
   generator.setResolution(kPixelsPerInch);
-  generator.setTitle(ToQString(container.GetActivePlot()->titleX));
+  generator.setTitle(MakeTitle(*container.GetActivePlot()));
   QPainter painter(&generator);
-  PaintAll(container, painter, size);
-  painter.end();
-  return bytes;
+  return Paint(container, painter, size);
 }
 
-QByteArray MakePdf(CUPlotX_Container& container, CSize size) {
+bool WritePdf(CUPlotX_Container& container, CSize size, QIODevice& device) {
   const PictureSetting setting(container, size);
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  QPdfWriter writer(&buffer);
+  QPdfWriter writer(&device);
   writer.setCreator("Tallyscope");
   writer.setPageSize(QPageSize(QSizeF(size.cx * kPointsPerPixel, size.cy * kPointsPerPixel), QPageSize::Point));
   writer.setPageMargins(QMarginsF(0, 0, 0, 0));
   writer.setResolution(kPaperResolution);
   QPainter painter(&writer);
   painter.scale(double(kPaperResolution) / kPixelsPerInch, double(kPaperResolution) / kPixelsPerInch);
-  PaintAll(container, painter, size);
-  painter.end();
-  return bytes;
+  return Paint(container, painter, size);
+}
+
+// Without memory some of Qt's classes come back empty and others throw.
+template <class Make>
+Status MakeInMemory(CSize size, const char* what, Make make) {
+  try {
+    if (make()) return Status::Good();
+  } catch (const std::bad_alloc&) {
+  }
+  return Status::Bad("A picture of " + std::to_string(size.cx) + " x " + std::to_string(size.cy) + " pixels can't be " +
+                     what + ": there is not enough memory.");
 }
 
 }  // namespace
 
-QImage MakePicture(CUPlotX_Container& container, CSize size, double scale) {
-  const PictureSetting setting(container, size);
-  QImage image(static_cast<int>(size.cx * scale), static_cast<int>(size.cy * scale), QImage::Format_RGB32);
-  image.setDevicePixelRatio(scale);
-  CPainterDC dc(image);
-  container.RenderKept(dc);
-  return image;
+Status MakePicture(CUPlotX_Container& container, CSize size, double scale, QImage& image) {
+  return MakeInMemory(size, "made", [&] {
+    QImage made = PaintImage(container, size, scale);
+    if (made.isNull()) return false;
+    image = std::move(made);
+    return true;
+  });
 }
 
-bool SavePicture(CUPlotX_Container& container, CSize size, const CString& path, CString& error, double scale) {
+Status SavePicture(CUPlotX_Container& container, CSize size, const CString& path, double scale) {
   const QString ending = QFileInfo(ToQString(path)).suffix().toLower();
-  QByteArray bytes;
-  if (ending == "png") {
-    bytes = MakePng(container, size, scale);
-  } else if (ending == "svg") {
-    bytes = MakeSvg(container, size);
-  } else if (ending == "pdf") {
-    bytes = MakePdf(container, size);
-  } else {
-    error = "A picture is a .png, .svg or .pdf file, which " + path + " is not.";
-    return false;
+  if (ending != "png" && ending != "svg" && ending != "pdf") {
+    return Status::Bad("A picture is a .png, .svg or .pdf file, which " + path + " is not.");
   }
+  QByteArray bytes;
+  const Status made = MakeInMemory(size, "written", [&] {
+    QBuffer device(&bytes);
+    if (!device.open(QIODevice::WriteOnly)) return false;
+    if (ending == "png") return WritePng(container, size, scale, device);
+    return ending == "svg" ? WriteSvg(container, size, device) : WritePdf(container, size, device);
+  });
+  if (!made.IsGood()) return made;
   CAtomicFile file(path);
-  if (file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())}) && file.Commit()) return true;
-  error = file.GetError();
-  return false;
+  if (file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())}) && file.Commit()) return Status::Good();
+  return Status::Bad(file.GetError());
 }
 
 }  // namespace tallyscope

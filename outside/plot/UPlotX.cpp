@@ -3,17 +3,25 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+
+#include "outside/plot/Span.h"
 
 namespace tallyscope {
 
 namespace {
 
 constexpr double kFinest = 1e-12;  // of the larger end: a view is never narrower, so that its pixels still differ
-constexpr double kWidest = 1e300;
+constexpr double kNarrowest = 1e-290;
+constexpr double kLargest = std::numeric_limits<double>::max();
+
+double Bound(double value) {
+  return std::clamp(value, -kLargest, kLargest);
+}
 
 // Wide enough for its pixels to differ from one another.
 bool IsApart(double low, double high) {
-  return high - low > std::max(std::abs(low), std::abs(high)) * kFinest;
+  return HalfSpan(low, high) > std::max(std::abs(low), std::abs(high)) * (kFinest / 2);
 }
 
 // Ends in order, finite and apart. Ends that differ by no more than rounding count as equal.
@@ -29,7 +37,7 @@ void Open(double& low, double& high) {
 }
 
 bool IsView(double low, double high) {
-  return std::isfinite(low) && std::isfinite(high) && high - low < kWidest && high - low > 1e-290 && IsApart(low, high);
+  return std::isfinite(low) && std::isfinite(high) && HalfSpan(low, high) > kNarrowest / 2 && IsApart(low, high);
 }
 
 }  // namespace
@@ -43,9 +51,9 @@ void CUPlotX::ZoomFit() {
       const auto& map = maps[axis];
       const double from = map.ToData(low);
       const double to = map.ToData(high);
-      const double more = (to - from) * padding;
-      axisRange.min[axis] = more > 0 ? map.ToWorld(from - more) : low;
-      axisRange.max[axis] = more > 0 ? map.ToWorld(to + more) : high;
+      const double halfMore = HalfSpan(from, to) * padding;
+      axisRange.min[axis] = halfMore > 0 ? Bound(map.ToWorld((from / 2 - halfMore) * 2)) : low;
+      axisRange.max[axis] = halfMore > 0 ? Bound(map.ToWorld((to / 2 + halfMore) * 2)) : high;
     }
   }
   SetWindowExtent();
@@ -61,12 +69,12 @@ void CUPlotX::SetWindowExtent() {
   }
   if (scaling != eNatural) return;
   const double pixels[2] = {double(std::max(frame_.Width(), 1)), double(std::max(frame_.Height(), 1))};
-  const double unit = std::max((window_.max[0] - window_.min[0]) / pixels[0],  //
-                               (window_.max[1] - window_.min[1]) / pixels[1]);
+  const double halfUnit = std::max(HalfSpan(window_.min[0], window_.max[0]) / pixels[0],  //
+                                   HalfSpan(window_.min[1], window_.max[1]) / pixels[1]);
   for (std::size_t axis = 0; axis < 2; ++axis) {
-    const double middle = (window_.min[axis] + window_.max[axis]) / 2;
-    window_.min[axis] = middle - unit * pixels[axis] / 2;
-    window_.max[axis] = middle + unit * pixels[axis] / 2;
+    const double middle = window_.min[axis] / 2 + window_.max[axis] / 2;
+    window_.min[axis] = Bound(middle - halfUnit * pixels[axis]);
+    window_.max[axis] = Bound(middle + halfUnit * pixels[axis]);
   }
 }
 
@@ -95,19 +103,19 @@ void CUPlotX::ZoomAbout(const DrawPoint& place, double factor, int axes) {
   const XVector fixed = Device2Data({place.x, place.y, 0});
   Box window = window_;
   for (std::size_t axis = 0; axis < 2; ++axis) {
-    window.min[axis] = fixed[axis] + (window_.min[axis] - fixed[axis]) / factor;
-    window.max[axis] = fixed[axis] + (window_.max[axis] - fixed[axis]) / factor;
+    window.min[axis] = FindPlace(fixed[axis], window_.min[axis], 1 / factor);
+    window.max[axis] = FindPlace(fixed[axis], window_.max[axis], 1 / factor);
   }
   TakeWindow(window, scaling == eNatural ? 3 : axes);
 }
 
 void CUPlotX::Pan(double dx, double dy, int axes) {
-  const double shift[2] = {-dx * (window_.max[0] - window_.min[0]) / std::max(frame_.Width(), 1),
-                           dy * (window_.max[1] - window_.min[1]) / std::max(frame_.Height(), 1)};
+  const double parts[2] = {-dx / std::max(frame_.Width(), 1), dy / std::max(frame_.Height(), 1)};
   Box window = window_;
   for (std::size_t axis = 0; axis < 2; ++axis) {
-    window.min[axis] += shift[axis];
-    window.max[axis] += shift[axis];
+    const double halfShift = parts[axis] * HalfSpan(window_.min[axis], window_.max[axis]);
+    window.min[axis] = (window_.min[axis] / 2 + halfShift) * 2;
+    window.max[axis] = (window_.max[axis] / 2 + halfShift) * 2;
   }
   TakeWindow(window, axes);
 }
@@ -119,13 +127,12 @@ Box CUPlotX::GetVisible() const {
 XVector CUPlotX::Device2Data(const XVector& device) const {
   const double x = (device[0] - frame_.left) / std::max(frame_.Width(), 1);
   const double y = (frame_.bottom - device[1]) / std::max(frame_.Height(), 1);
-  return {window_.min[0] + x * (window_.max[0] - window_.min[0]),
-          window_.min[1] + y * (window_.max[1] - window_.min[1]), device[2]};
+  return {FindPlace(window_.min[0], window_.max[0], x), FindPlace(window_.min[1], window_.max[1], y), device[2]};
 }
 
 XVector CUPlotX::Data2Device(const XVector& data) const {
-  const double x = (data[0] - window_.min[0]) / (window_.max[0] - window_.min[0]);
-  const double y = (data[1] - window_.min[1]) / (window_.max[1] - window_.min[1]);
+  const double x = FindPart(window_.min[0], window_.max[0], data[0]);
+  const double y = FindPart(window_.min[1], window_.max[1], data[1]);
   return {frame_.left + x * std::max(frame_.Width(), 1), frame_.bottom - y * std::max(frame_.Height(), 1), data[2]};
 }
 
@@ -138,7 +145,9 @@ XVector CUPlotX::World2Data(const XVector& world) const {
 }
 
 CPoint CUPlotX::Device2Client(const XVector& device) const {
-  const auto whole = [](double at) { return static_cast<int>(std::round(std::clamp(at, -1e9, 1e9))); };
+  const auto whole = [](double at) {
+    return static_cast<int>(std::isnan(at) ? 0 : std::round(std::clamp(at, -1e9, 1e9)));
+  };
   return {whole(device[0]), whole(device[1])};
 }
 

@@ -8,6 +8,7 @@
 #include "outside/colour/Hsl.h"
 #include "outside/plot/PlotAxes.h"
 #include "outside/plot/PlotCanvas.h"
+#include "outside/plot/PlotDrawing.h"
 
 namespace tallyscope {
 
@@ -87,7 +88,8 @@ void CUPlotX_Container::RenderEmpty(CDC& dc, CUPlotX& plot) {
   dc.SetTextColor(colours.faint);
   dc.SetBkMode(false, colours.paper);
   dc.SetTextAlign(TextAlign::kCentre, TextLine::kMiddle);
-  dc.TextOut((frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0, reason);
+  dc.TextOut((frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0,
+             ShortenText(dc, reason, frame.Width()));
   dc.SetBkMode(true);
 }
 

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "platform/core/ShownText.h"
 #include "platform/ui/Contrast.h"
 #include "platform/ui/SegmentClip.h"
 #include "platform/ui/Wnd.h"
@@ -24,6 +25,11 @@ constexpr int kMostStrokes = 20000;  // ends of strokes in one path
 
 QRectF ToQRect(const DrawRect& rect) {
   return {QPointF(rect.left, rect.top), QPointF(rect.right, rect.bottom)};
+}
+
+// A file of XML may hold no control characters, and its writer lets them through.
+QString ToDrawn(const CString& text) {
+  return ToQString(WithoutControls(text));
 }
 
 QPolygonF ToQPolygon(std::span<const DrawPoint> points) {
@@ -311,14 +317,14 @@ void CPainterDC::SelectPointFont(double points, const CString& face, bool bold) 
 }
 
 void CPainterDC::TextOut(double x, double y, const CString& text) {
-  DrawTextAt(x, y, ToQString(text));
+  DrawTextAt(x, y, ToDrawn(text));
 }
 
 void CPainterDC::TextOutUpwards(double x, double y, const CString& text) {
   painter_->save();
   painter_->translate(x, y);
   painter_->rotate(-90);
-  DrawTextAt(0, 0, ToQString(text));
+  DrawTextAt(0, 0, ToDrawn(text));
   painter_->restore();
 }
 
@@ -340,7 +346,7 @@ void CPainterDC::DrawTextAt(double x, double y, const QString& text) {
 
 CSize CPainterDC::GetTextExtent(const CString& text) {
   const QFontMetricsF metrics(font_);
-  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToQString(text)))),
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToDrawn(text)))),
           static_cast<int>(std::ceil(metrics.height()))};
 }
 
@@ -366,7 +372,7 @@ QFont MakePlotFont(double points, const CString& face, bool bold) {
 
 CSize MeasurePlotText(double points, const CString& face, const CString& text) {
   const QFontMetricsF metrics(MakePlotFont(points, face));
-  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToQString(text)))),
+  return {static_cast<int>(std::ceil(metrics.horizontalAdvance(ToDrawn(text)))),
           static_cast<int>(std::ceil(metrics.height()))};
 }
 

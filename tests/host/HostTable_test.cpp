@@ -2,12 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <random>
 #include <stdexcept>
 #include <vector>
 
 #include "host/ColumnConditioning.h"
 #include "host/HostTable.h"
+#include "host/Labels.h"
 #include "host/OpenTable.h"
 #include "spatial/Stats_PointSearch.h"
 
@@ -98,6 +101,16 @@ TEST(HostTable, AnAxisIsNoField) {
   EXPECT_EQ(table.FindDim("all"), -2);
   EXPECT_EQ(table.FindDim("All"), CHostTable::kNoDim);
   EXPECT_EQ(table.GetValue(-1, 4), 2004);
+}
+
+TEST(Labels, NumberThatIsNoCodeFindsNone) {
+  EXPECT_EQ(FindLabel(1, 2), 0u);
+  EXPECT_EQ(FindLabel(2, 2), 1u);
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const double code : {0.0, -1.0, 0.5, 3.0, 1e300, kInfinity, -kInfinity, std::nan("")}) {
+    EXPECT_FALSE(FindLabel(code, 2)) << code;
+  }
+  EXPECT_FALSE(FindLabel(1, 0));
 }
 
 // Rules may take every label. What is left is a column of texts all the same, not one of numbers.

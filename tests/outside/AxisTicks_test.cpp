@@ -37,7 +37,8 @@ TEST(AxisTicks, AreRoundAndSayWhatTheyMean) {
         Row{178605, 181390, 600, "179000 179500 180000 180500 181000", 0},  //
         Row{178000, 182600, 600, "178 179 180 181 182", 3}, Row{0, 1e-7, 600, "0 20 40 60 80 100", -9},
         Row{1000000, 1000001, 900, "1000000.0 1000000.2 1000000.4 1000000.6 1000000.8 1000001.0", 0},
-        Row{0, 100, 80, "0 50 100", 0}}) {
+        Row{0, 100, 80, "0 50 100", 0}, Row{-1e308, 1e308, 600, "-100 -75 -50 -25 0 25 50 75 100", 306},
+        Row{-1.7e308, 1.7e308, 200, "-100 0 100", 306}, Row{-1.79e308, 1.79e308, 60, "-1.79e+308 1.79e+308", 0}}) {
     const auto made = MakeAxisTicks(row.low, row.high, AxisMap(), row.pixels, Fits);
     EXPECT_EQ(Majors(made), row.labels) << row.low << " to " << row.high;
     EXPECT_EQ(made.exponent, row.exponent) << row.low << " to " << row.high;

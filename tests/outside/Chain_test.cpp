@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "tests/outside/PlotTesting.h"
 
@@ -70,6 +71,37 @@ TEST(Chain, EqualEndsAreOpened) {
   ExpectVisible(rounding.plot, -0.4, 0.6, 0, 1);
   PlotStage large({{1e20, 0, 0}, {1e20, 1, 1}, 1});
   EXPECT_GT(large.plot.GetVisible().max[0], large.plot.GetVisible().min[0]);
+}
+
+// Wider than any number: seen whole, zoomed into step by step, and never left for a view without numbers.
+TEST(Chain, RangesThatOverflowAreViews) {
+  for (const double end : {1e308, std::numeric_limits<double>::max()}) {
+    for (const int scaling : {CUPlotX::eNatural, CUPlotX::eFit}) {
+      for (const double padding : {0.0, 0.02}) {
+        PlotStage stage({{-end, -end, 0}, {end, end, 1}, 1});
+        auto& plot = stage.plot;
+        plot.scaling = scaling;
+        plot.padding = padding;
+        stage.container.ZoomFit();
+        const auto& frame = plot.GetFrame();
+        const auto low = plot.World2Device(-end, -end);
+        const auto high = plot.World2Device(end, end);
+        EXPECT_TRUE(low[0] >= frame.left && high[0] <= frame.right && high[0] - low[0] > 150) << low[0];
+        EXPECT_TRUE(low[1] <= frame.bottom && high[1] >= frame.top && low[1] - high[1] > 150) << low[1];
+        const auto zero = plot.World2Device(0, 0);
+        EXPECT_NEAR(zero[0], (low[0] + high[0]) / 2, 1e-9);
+        EXPECT_NEAR(zero[1], (low[1] + high[1]) / 2, 1e-9);
+        const auto back = plot.Device2World(zero[0], zero[1]);
+        EXPECT_LT(std::abs(back[0] / end), 1e-12);
+        for (const double factor : {2.0, 0.25, 0.25}) plot.ZoomAbout({zero[0], zero[1]}, factor, 3);
+        plot.Pan(500, 500, 3);
+        for (const double each : {plot.GetVisible().min[0], plot.GetVisible().max[1]}) EXPECT_TRUE(std::isfinite(each));
+        for (int i = 0; i < 2100; ++i) plot.ZoomAbout({200, 150}, 2, 3);
+        EXPECT_LT(plot.GetVisible().max[0] / 2 - plot.GetVisible().min[0] / 2, 1e300)
+            << "however far out, one comes in";
+      }
+    }
+  }
 }
 
 TEST(Chain, PaddingOpensAFittedView) {

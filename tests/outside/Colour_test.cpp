@@ -65,12 +65,22 @@ TEST(Colour, ModulationClampsAndTruncates) {
   for (const auto& [value, half] : {std::pair{-1.0, 0}, {0.99, 0}, {1.0, 1}, {3.9, 3}, {4.0, 4}, {5.0, 4}, {99.0, 4}}) {
     EXPECT_EQ(sizes.GetHalfSize(value), half) << value;
   }
-  for (const StepMap& map : {colours.GetMap(), sizes.GetMap(), StepMap{0.1, 0.3, 256}}) {
+  for (const StepMap& map : {colours.GetMap(), sizes.GetMap(), StepMap::ByFraction(0.1, 76.9, 0.00390625, 256)}) {
     std::vector<double> values{-1e300, 1e300, -INFINITY, INFINITY, NAN, -0.0};
     for (double value = -3; value < 300; value += 0.1) values.push_back(value);
     std::vector<int> indices(values.size());
     map.GetIndices(values.data(), static_cast<int>(values.size()), indices.data());
     for (std::size_t i = 0; i < values.size(); ++i) EXPECT_EQ(indices[i], map.GetIndex(values[i])) << values[i];
+  }
+  // A range that is wider than any number.
+  for (const double end : {1e308, 1.7e308}) {
+    const ColourModulation wide(-end, end, table);
+    ASSERT_TRUE(wide.IsOn());
+    for (const auto& [value, index] :
+         {std::pair{-end, 0u}, {-0.51 * end, 62u}, {0.0, 128u}, {0.51 * end, 193u}, {end, 255u}}) {
+      EXPECT_EQ(wide.GetColour(value), table[index]) << value;
+    }
+    EXPECT_EQ(SizeModulation(-end, end).GetHalfSize(0), 2);
   }
   EXPECT_FALSE(ColourModulation(3, 3, table).IsOn());
   EXPECT_FALSE(ColourModulation(0, -1, table).IsOn());

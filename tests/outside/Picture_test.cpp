@@ -8,41 +8,128 @@
 #include <QImage>
 #include <QPainter>
 #include <QSvgGenerator>
+#include <QXmlStreamReader>
 
+#include "outside/plot/PlotDrawing.h"
 #include "outside/plot/PlotPicture.h"
 #include "platform/ui/PainterDC.h"
 #include "platform/ui/SegmentClip.h"
 #include "tests/outside/PlotTesting.h"
+#include "tests/support/RecorderDC.h"
 #include "tests/support/Scratch.h"
 
 namespace tallyscope {
 namespace {
 
+CString Save(PlotStage& stage, const CString& path, double scale = 1) {
+  return SavePicture(stage.container, {320, 200}, path, scale).GetError();
+}
+
 TEST(Picture, IsWrittenByItsEnding) {
   const CScratch scratch;
   PlotStage stage;
-  CString error;
-  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.png"), error)) << error;
+  ASSERT_EQ(Save(stage, scratch.Path("a.png")), "");
   EXPECT_EQ(QImage(QString::fromStdString(scratch.Path("a.png"))).size(), QSize(320, 200));
-  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.svg"), error)) << error;
+  ASSERT_EQ(Save(stage, scratch.Path("a.svg")), "");
   const auto svg = ReadAll(scratch.Path("a.svg"));
   EXPECT_NE(svg.find("<svg"), std::string::npos);
   EXPECT_NE(svg.find("<poly"), std::string::npos) << "lines, not pixels";
   EXPECT_EQ(svg.find("<image"), std::string::npos);
-  ASSERT_TRUE(SavePicture(stage.container, {320, 200}, scratch.Path("a.PDF"), error)) << error;
+  ASSERT_EQ(Save(stage, scratch.Path("a.PDF")), "");
   EXPECT_EQ(ReadAll(scratch.Path("a.PDF")).substr(0, 5), "%PDF-");
   EXPECT_EQ(stage.container.GetClientRect(), (CRect{0, 0, 400, 300})) << "the container is as it was";
 }
 
-TEST(Picture, SaysWhatIsWrong) {
+TEST(Picture, ThatCannotBeMadeLeavesTheOldFile) {
   const CScratch scratch;
   PlotStage stage;
-  CString error;
-  EXPECT_FALSE(SavePicture(stage.container, {320, 200}, scratch.Path("a.jpg"), error));
-  EXPECT_NE(error.find("a.jpg"), CString::npos);
   scratch.Write("old.png", "old");
-  EXPECT_FALSE(SavePicture(stage.container, {320, 200}, scratch.Path("none/a.png"), error));
-  EXPECT_NE(error.find("none/a.png"), CString::npos) << error;
+  scratch.Write("old.jpg", "old");
+  const struct {
+    const char* name;
+    double scale;
+    const char* sentence;
+  } rows[] = {{"old.jpg", 1, "old.jpg is not."},
+              {"none/a.png", 1, "none/a.png can't be written"},
+              {"old.png", 1e5, "320 x 200 pixels can't be written: there is not enough memory."}};
+  for (const auto& row : rows) {
+    EXPECT_NE(Save(stage, scratch.Path(row.name), row.scale).find(row.sentence), CString::npos) << row.name;
+  }
+  EXPECT_EQ(ReadAll(scratch.Path("old.png")) + ReadAll(scratch.Path("old.jpg")), "oldold");
+  EXPECT_EQ(scratch.List().size(), 2u) << "nothing else is left";
+  EXPECT_EQ(stage.container.GetClientRect(), (CRect{0, 0, 400, 300}));
+  QImage image(1, 1, QImage::Format_RGB32);
+  EXPECT_FALSE(MakePicture(stage.container, {320, 200}, 1e5, image).IsGood());
+  EXPECT_EQ(image.width(), 1);
+}
+
+// Every text of a drawing comes from a table.
+TEST(Picture, DrawingsHoldAnyText) {
+  const struct {
+    const char* text;
+    const char* read;
+  } rows[] = {{"Pb & Zn", "Pb & Zn"},
+              {"</title><script>alert(1)</script>", "</title><script>alert(1)</script>"},
+              {"a \"b\" 'c' ]]> &lt; &#1;", "a \"b\" 'c' ]]> &lt; &#1;"},
+              {"b\x01l\x1f\x7f\n\xc2\x85.", "b l    ."},
+              {"\xef\xbf\xbe\xef\xbf\xbf \xff\xed\xa0\x80", "\xef\xbf\xbd\xef\xbf\xbd \xef\xbf\xbd"}};
+  const CScratch scratch;
+  for (const auto& row : rows) {
+    PlotStage stage;
+    stage.plot.titleX = row.text;
+    stage.plot.titleY = stage.plot.emptyReason = row.text;
+    ASSERT_EQ(SavePicture(stage.container, {900, 700}, scratch.Path("a.svg")).GetError(), "");
+    QXmlStreamReader xml(QByteArray::fromStdString(ReadAll(scratch.Path("a.svg"))));
+    std::string title;
+    std::string texts;
+    while (!xml.atEnd()) {
+      if (xml.readNext() != QXmlStreamReader::StartElement) continue;
+      EXPECT_NE(xml.name(), QString("script"));
+      if (xml.name() == QString("title")) title = xml.readElementText().toStdString();
+      if (xml.name() == QString("text")) texts += xml.readElementText().toStdString();
+    }
+    EXPECT_FALSE(xml.hasError()) << xml.errorString().toStdString() << " in " << row.text;
+    EXPECT_EQ(title.substr(0, std::string(row.read).size()), row.read);
+    int found = 0;
+    for (auto at = texts.find(row.read); at != std::string::npos; at = texts.find(row.read, at + 1)) ++found;
+    EXPECT_EQ(found, 3) << texts;
+  }
+}
+
+// A recorder that counts how often it is asked, and what it has measured.
+class MeasuringDC : public RecorderDC {
+ public:
+  using RecorderDC::RecorderDC;
+  CSize GetTextExtent(const CString& text) override {
+    ++count;
+    bytes += text.size();
+    return RecorderDC::GetTextExtent(text);
+  }
+  int count = 0;
+  std::size_t bytes = 0;
+};
+
+TEST(ShortenText, TakesFewMeasuresAndLeavesCharactersWhole) {
+  std::string mixed;
+  while (mixed.size() < 16000) mixed += "aé…𝄞";
+  for (const std::size_t length : {3u, 20u, 400u, 1024u, 1025u, 16000u}) {
+    for (const int room : {0, 7, 100, 333, 5000, 100000}) {
+      std::size_t end = length;  // whole characters
+      while (end < mixed.size() && (mixed[end] & 0xC0) == 0x80) ++end;
+      const auto text = mixed.substr(0, end);
+      MeasuringDC dc({100, 100});
+      const auto shown = ShortenText(dc, text, room);
+      EXPECT_LE(dc.count, 12) << length << " " << room;
+      EXPECT_LE(dc.bytes, 12 * 1100u);
+      EXPECT_EQ(QString::fromStdString(shown).toStdString(), shown) << "no character is split";
+      EXPECT_FALSE(QString::fromStdString(shown).contains(QChar::ReplacementCharacter));
+      const int width = static_cast<int>(shown.size()) * 6;
+      EXPECT_TRUE(width <= room || shown.size() <= 7) << shown;
+      if (shown == text) continue;
+      EXPECT_NE(shown.find("…"), CString::npos);
+      EXPECT_TRUE(end > 1024 || width + 2 * 4 * 6 > room) << "no more than needed is left out";
+    }
+  }
 }
 
 TEST(PainterDC, MarksOfOneColourAreOnePathOfADrawing) {

@@ -379,6 +379,43 @@ TEST_F(GraphPage, TheKeyboardWalksSelectsAndZooms) {
   EXPECT_TRUE(dialog.isVisible());
 }
 
+// From the mark, else from what the pointer is on, else to the first thing in view: on every plot.
+TEST_F(GraphPage, ArrowsStartAtTheSamePlaceEverywhere) {
+  OpenWorkbench dialog(table);
+  Open(dialog);
+  const std::pair<const char*, const char*> pages[] = {
+      {"Univariate", "Graph"}, {"Univariate", "Histogram"}, {"Bivariate", "Graph"}, {"Spatial", "Graph"}};
+  for (const auto& [mode, caption] : pages) {
+    SCOPED_TRACE(std::string(mode) + " " + caption);
+    dialog.ChooseMode(mode);
+    dialog.ShowPage(caption);
+    auto& page = Page(dialog);
+    auto& canvas = Canvas(page);
+    canvas.setFocus();
+    auto& plot = *page.GetPlot();
+    for (const auto key : {Qt::Key_Right, Qt::Key_Left}) {
+      QTest::keyClick(&canvas, Qt::Key_Escape);
+      QTest::keyClick(&canvas, key);
+      EXPECT_EQ(plot.hover, 0) << "with nothing at hand";
+    }
+    QTest::keyClick(&canvas, Qt::Key_Right);
+    EXPECT_EQ(plot.hover, 1);
+    double x = 0;
+    double y = 0;
+    ASSERT_TRUE(plot.GetPlace(2, x, y));
+    QTest::keyClick(&canvas, Qt::Key_Escape);
+    MoveTo(canvas, At(page, x, y), {});
+    ASSERT_EQ(plot.glance, 2);
+    QTest::keyClick(&canvas, Qt::Key_Left);
+    EXPECT_EQ(plot.hover, 1) << "from what the pointer rests on";
+    QTest::keyClick(&canvas, Qt::Key_Escape);
+    const auto at = plot.World2Device(x, y);
+    plot.ZoomAbout({at[0], at[1]}, 1e3, 3);
+    QTest::keyClick(&canvas, Qt::Key_Right);
+    EXPECT_EQ(plot.hover, 2) << "the only one in view";
+  }
+}
+
 TEST_F(GraphPage, ADoubleClickOnAnAxisOpensItsDialog) {
   auto& modal = ScriptedModal::Install();
   OpenWorkbench dialog(table);

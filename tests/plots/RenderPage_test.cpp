@@ -92,12 +92,16 @@ TEST_F(RenderPages, TablesThatShowNothingAreDrawnAllTheSame) {
                 {"one.csv", "x,y,a,b\n1,2,3,4\n"},
                 {"even.csv", "x,y,a,b\n1,2,3,4\n1,2,3,4\n1,2,3,4\n"},
                 {"huge.csv", "x,y,a,b\n1e300,2,1e300,4\n-1e300,2,-1e300,4\n"},
+                {"huger.csv", "x,y,a,b\n1e308,1e308,1e308,4\n-1e308,-1e308,-1e308,4\n0,0,0,1.7e308\n9,9,9,-1.7e308\n"},
                 {"bare.csv", "x,y,a,b\n"}};
   for (const auto& [name, text] : tables) {
     const auto file = scratch.Write(name, text);
-    for (const auto* page : {"uni-scatter", "uni-histogram", "bi-scatter", "map"}) {
-      const auto target = scratch.Path(std::string(name) + page + ".png");
-      const Answer answer = RunProgram("render", {file, "--page", page, "-o", target});
+    for (const std::string page : {"uni-scatter", "uni-histogram", "bi-scatter", "map"}) {
+      const auto target = scratch.Path(name + page + ".png");
+      std::vector<CString> arguments{file, "--page", page, "-o", target};
+      if (page != "uni-histogram") arguments.insert(arguments.end(), {"--colour", "a"});
+      if (page == "map" || page == "bi-scatter") arguments.insert(arguments.end(), {"--size", "b"});
+      const Answer answer = RunProgram("render", arguments);
       EXPECT_TRUE(answer.code == 0 || !answer.err.empty()) << name << " " << page;
       if (answer.code != 0) continue;
       EXPECT_FALSE(QImage(QString::fromStdString(target)).isNull()) << name << " " << page;

@@ -180,6 +180,54 @@ TEST(Scatter, MapsTheRangeOfAModulationOnce) {
   EXPECT_EQ(view.plot.colourDim, kNoDim);
 }
 
+// No number, no range: that is found once, not at every repaint.
+TEST(Scatter, LooksForARangeOnce) {
+  class Table : public CMadeTable {
+   public:
+    using CMadeTable::CMadeTable;
+    int ReadValues(int field, int first, int count, double* values, unsigned char* valid) override {
+      reads += field == 2 ? 1 : 0;
+      return CMadeTable::ReadValues(field, first, count, values, valid);
+    }
+    int reads = 0;
+  };
+  for (const bool hasNulls : {false, true}) {
+    const auto none = made::Column({NAN, NAN, NAN}, "none");
+    Table table(
+        {made::Ramp(3, 0, 100), made::Ramp(3, 0, 200), hasNulls ? made::WithNulls(none, made::Every(1)) : none});
+    BiView view(table);
+    view.plot.SetColourDim(3);
+    view.plot.SetSizeDim(3);
+    EXPECT_EQ(view.Draw().marks.size(), 3U);
+    const int before = table.reads;
+    EXPECT_GT(before, 0);
+    view.Draw();
+    EXPECT_EQ(table.reads, before);
+  }
+}
+
+TEST(Scatter, ShowsWhatLiesAsFarApartAsNumbersDo) {
+  const std::vector<double> ends{-1.7e308, -1e308, 0, 1e308, 1.7e308};
+  CMadeTable table({made::Column(ends, "X"), made::Column(ends, "Y"), made::Column(ends, "U")}, 2);
+  StView view(table);
+  view.map.TakeExtents();
+  view.plot.ZoomFit();
+  view.plot.SetColourDim(3);
+  view.plot.SetSizeDim(3);
+  auto marks = view.Draw().marks;
+  ASSERT_EQ(marks.size(), 5U);
+  std::sort(marks.begin(), marks.end(), [](auto& a, auto& b) { return a.mark.x < b.mark.x; });
+  const std::size_t colours[] = {0, 52, 128, 203, 255};
+  for (std::size_t i = 0; i < 5; ++i) {
+    const auto& mark = marks[i].mark;
+    EXPECT_EQ(mark.colour, view.plot.colourTable[colours[i]]) << i;
+    EXPECT_TRUE(mark.x > kFrame.left && mark.x < kFrame.right && mark.y > kFrame.top && mark.y < kFrame.bottom)
+        << mark.x;
+    EXPECT_EQ(view.plot.GetClosestStation({ends[i], ends[i], 0}, {2, 2}), static_cast<int>(i));
+  }
+  EXPECT_GT(marks[4].mark.x - marks[0].mark.x, 200);
+}
+
 // The stations of the search one by one, through the chain.
 std::vector<PlotMark> PlainMarks(View& view) {
   const auto [dimX, dimY] = DimsOf(view);

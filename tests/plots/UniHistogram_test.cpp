@@ -319,6 +319,7 @@ TEST(UniHistogram, SaysWhyThereIsNothingToSee) {
            Case{{7, 7, 7}, false, "All valid values in om are 7"},
            Case{{7}, false, "All valid values in om are 7"},
            Case{{1, std::numeric_limits<double>::infinity()}, false, "No bins in om: it has infinite values"},
+           Case{{-1e308, 1e308, 0}, false, "No bins in om: its values lie too far apart"},
            Case{{1, 2}, false, ""},
        }) {
     auto column = made::Column(each.values, "om");

@@ -158,6 +158,38 @@ TEST(LagGrid, AgreesWithThePlainFormulaOnNastyClouds) {
   }
 }
 
+// Stations that lie nowhere or very far off, alone or among others, and what the pairs of the others come to without
+// them, at every level of vector code and without the search.
+TEST(LagGrid, StationsWithoutAFinitePlaceHaveNoPart) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  auto base = SomeNastyClouds()[4];
+  base.points.resize(260);
+  for (const std::vector<double>& strangers : {std::vector<double>{kInfinity},
+                                               {-kInfinity, kInfinity},
+                                               {kInfinity, NAN, -kInfinity},
+                                               {1e300},
+                                               {1e300, -1e300, 1e308, kInfinity},
+                                               {1e308, -1e308},
+                                               {3e7, -1e12}}) {
+    for (const std::size_t axis : {0u, 1u, 2u}) {
+      Cloud cloud{"strangers of " + std::to_string(strangers[0]) + " on " + std::to_string(axis), base.points};
+      for (std::size_t i = 0; i < cloud.points.size(); i += strangers.size() == 1 ? 1000 : 7) {
+        cloud.points[i][axis] = strangers[i / 7 % strangers.size()];
+      }
+      CMadeTable flat = TableOf(cloud, 2);
+      CMadeTable solid = TableOf(cloud, 3);
+      for (const unsigned search : {kSearch, 0u}) {
+        for (const double range : {0.3, 1e9, 1e301}) {
+          ExpectRefereesGrid(flat, {kPlane | kPolarFlag | search, range, {50, 72, 36}}, cloud.name);
+          ExpectRefereesGrid(solid, {kSolid | kPolarFlag | search, range, {25, 36, 18}}, cloud.name);
+          ExpectRefereesGrid(solid, {kSolid | search, range, {12, 10, 8}}, cloud.name);
+        }
+        ExpectRefereesGrid(flat, {kPlane | search | kSample, 1, {12, 10, 8}, 150}, cloud.name);
+      }
+    }
+  }
+}
+
 TEST(LagGrid, AgreesWherePlacesAreHugeTinyOrFarOff) {
   const auto clouds = SomeNastyClouds();
   const auto borders = BorderClouds();

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <vector>
 
@@ -19,6 +20,7 @@ namespace tallyscope::testing_spatial {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 CMadeTable MakeField(int axes, int stations, double side) {
   std::vector<std::vector<double>> columns(static_cast<std::size_t>(axes) + 1);
@@ -139,6 +141,25 @@ TEST_F(SampleVariogram, OmnidirectionalCurveCountsEachPairTwice) {
   EXPECT_EQ(curve.GetSize(), 1);
 }
 
+// 50,000 stations have more pairs than an int counts: each cell or the sum of some.
+TEST_F(SampleVariogram, PairCountsGoBeyondAnInt) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  CMadeTable table = Table(2, {{0, 3}, {0, 0}, {1, 2}});
+  Compute(table, 50);
+  constexpr std::int64_t kMany = 3'000'000'000;
+  variogram.grid[0][0][3] = {kMost, -0.5, 2, kMany};
+  variogram.grid[0][36][3] = {kMost, -0.5, 4, 2 * kMany};
+  const VariogramCurve full = variogram.GetCurve();
+  EXPECT_EQ(full.pairCount, std::vector<std::int64_t>{3 * kMany});
+  EXPECT_DOUBLE_EQ(full.momentOfInertia[0], 10.0 / 3);
+  ASSERT_TRUE(variogram.GetVariogramData(curve));
+  EXPECT_EQ(curve.pairCount, std::vector<int>{kMost});
+  EXPECT_EQ(variogram.GetCurve(90, 0, 5).pairCount, std::vector<std::int64_t>{kMany});
+  ASSERT_TRUE(variogram.GetVariogramData(curve, 90, 0, 5));
+  EXPECT_EQ(curve.pairCount, std::vector<int>{kMost});
+  EXPECT_EQ(CStats_LagGridData(&variogram).GetValue(2, 3), 3e9);
+}
+
 // A dip is positive downwards: the pair from (0, 0, 0) to (0.05, 1, -1.1) dips 48 degrees to the north.
 TEST_F(SampleVariogram, DipsPointDown) {
   CMadeTable table = Table(3, {{0, 0.05}, {0, 1}, {0, -1.1}, {1, 2}});
@@ -173,6 +194,20 @@ TEST_F(SampleVariogram, DefaultRange) {
   CMadeTable short_ = Table(1, {{0, 0.1, 0.2}, {1, 2, 3}});
   Compute(short_, 0);
   EXPECT_DOUBLE_EQ(variogram.lagRange[0], 0.05);
+  // The axes are far apart, but the calculator's own dims are fields.
+  CMadeTable fields = Table(2, {{0, 9e6, 0, 9e6}, {0, 0, 9e6, 9e6}, {0, 30, 0, 30}, {0, 0, 30, 30}, {1, 2, 3, 4}});
+  variogram.Clear();
+  variogram.Add(&fields, 2);
+  variogram.SetSpatialDims(0, 1, -3, 2);
+  variogram.CalcVariogram(0, 0, 0, nullptr);
+  EXPECT_EQ(variogram.lagRange[0], 170);
+  // A co-ordinate that isn't finite counts for nothing.
+  CMadeTable infinite = Table(2, {{0, 30, kInfinity, 0, 30, 8}, {0, 0, 5, 30, 30, -kInfinity}, {1, 2, 3, 3, 4, 5}});
+  Compute(infinite, 0);
+  EXPECT_EQ(variogram.lagRange[0], 170);
+  CMadeTable infiniteLine = Table(1, {{0, 4936, kInfinity, 100}, {1, 2, 3, 3}});
+  Compute(infiniteLine, 0);
+  EXPECT_EQ(variogram.lagRange[0], 1200);
   CMadeTable noAxes = Table(0, {{1, 2, 3}});
   Compute(noAxes, 0);
   EXPECT_EQ(variogram.lagRange[0], 1000);
@@ -245,7 +280,7 @@ TEST_F(SampleVariogram, ErrorVariance) {
 TEST_F(SampleVariogram, GridAsATable) {
   CMadeTable table = MakeField(2, 300, 10);
   Compute(table, 25);
-  variogram.grid[0][2][49] = {7, 0.25, 3.5};
+  variogram.grid[0][2][49] = {7, 0.25, 3.5, 7};
   CStats_LagGridData cells(&variogram);
   EXPECT_EQ(cells.GetSize(), 3600);
   EXPECT_EQ(cells.GetSpatialSize(), 2);
@@ -262,7 +297,7 @@ TEST_F(SampleVariogram, GridAsATable) {
 
   CMadeTable solid = MakeField(3, 300, 10);
   Compute(solid, 25);
-  variogram.grid[4][2][24] = {9, 0, 0};
+  variogram.grid[4][2][24] = {9, 0, 0, 9};
   CStats_LagGridData solidCells(&variogram);
   EXPECT_EQ(solidCells.GetSize(), 25 * 36 * 18);
   EXPECT_EQ(solidCells.GetValue(2, 4 * 900 + 2 * 25 + 24), 9);

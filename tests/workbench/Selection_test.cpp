@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QTest>
 
+#include "platform/core/Messages.h"
+#include "platform/ui/Menu.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Bivariate.h"
@@ -133,6 +135,35 @@ TEST_F(RowSelection, UndoneGesturesAreDroppedByTheNextOne) {
   EXPECT_EQ(Regions().GetCount(), 1);
   dialog.GetSpatialCalculator()->RestoreLastSelRegion();
   EXPECT_EQ(Selected(), "4");
+}
+
+TEST_F(RowSelection, IsTellingAndRecordingOnceForEachGesture) {
+  for (const char* page : {"Scatter", "Statistics"}) {
+    dialog.ShowPage(page);
+    dialog.refreshed = 0;
+    Click(page[1] == 'c' ? 1 : 3);
+    EXPECT_EQ(dialog.refreshed, 1) << page;
+  }
+  auto* spatial = dialog.GetSpatialCalculator();
+  EXPECT_TRUE(spatial->changed.empty()) << "whoever reads what changed has been told";
+  spatial->ClearLastSelRegion();
+  spatial->RestoreLastSelRegion();
+  for (const auto& changes : spatial->changed) EXPECT_TRUE(changes.empty()) << "recorded for no one";
+  EXPECT_EQ(Selected(), "1 3");
+}
+
+TEST_F(RowSelection, ASpreadsheetWithoutATableTakesNoClick) {
+  Click(0);
+  dialog.ConnectSpreadsheet(nullptr, false);
+  dialog.SendMessage(kMessageRowSelect, 3);
+  dialog.SortGridByCol(1, 3, 0, 0);
+  CMenu menu;
+  dialog.ComposeMenu(&menu, 1, 1);
+  dialog.ProcessMenu(1, 1, kMenuStatistics);
+  EXPECT_FALSE(dialog.IsSelectedRow(0));
+  dialog.ConnectSpreadsheet(&table, true);
+  EXPECT_EQ(Selected(), "0");
+  EXPECT_EQ(dialog.GetGrid()->GetSortColumn(), -1);
 }
 
 TEST_F(RowSelection, ATableOfAnotherSizeShowsNoSelection) {

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <iosfwd>
+
+namespace tallyscope {
+
+// Sees to it that the numbers of standard input, output and error never go to a file that the program opens, where the
+// caller has closed one of them: a report would end up in a table. Reading or writing such a stream fails.
+// To be called before anything is opened.
+void HoldStandardStreams();
+
+// The end of a command: flushes what it printed and returns its exit code, or another one where not all of it could be
+// written. A sentence then goes to `err`, except for a reader who has had enough (| head).
+[[nodiscard]] int FinishOutput(std::ostream& out, std::ostream& err, int code);
+
+}  // namespace tallyscope
