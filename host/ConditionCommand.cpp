@@ -126,7 +126,7 @@ int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
   for (const auto& warning : opened.warnings) Say(err, warning);
   Conditioned done;
   done.before = Summarise(table, dim, Quantiles::kBinned);
-  done.counts = ConditionColumn(rules, table.GetSize(), table.ChangeColumn(dim));
+  table.ChangeColumn(dim, [&](CHostColumn& column) { done.counts = ConditionColumn(rules, table.GetSize(), column); });
   done.after = Summarise(table, dim, Quantiles::kBinned);
   if (!Write(table, rules, out, err)) return kExitBadInput;
   if (target_.file != "-") PrintReport(rules, done, out);

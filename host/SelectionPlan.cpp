@@ -10,6 +10,7 @@
 
 #include "host/CommandTable.h"
 #include "host/Sentences.h"
+#include "platform/core/Blanks.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_RgnDataRange.h"
 #include "statistics/Stats_RgnIndexRange.h"
@@ -25,16 +26,10 @@ constexpr std::string_view kTo = "..";
 constexpr std::string_view kIn = " in ";
 constexpr int kCorners = 3;
 
-std::string_view Trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 // A whole number text, blanks around it aside; nothing leaves `value` as it is.
 template <class Number>
 bool ParseEnd(std::string_view text, Number& value) {
-  text = Trimmed(text);
+  text = TrimBlanks(text);
   if (text.empty()) return true;
   if (text.front() == '+') text.remove_prefix(1);
   Number read{};
@@ -63,7 +58,7 @@ bool ParseEnds(std::string_view text, Number& low, Number& high) {
 bool ParseWhere(const CString& text, CString& field, double& low, double& high) {
   const auto at = text.rfind(kIn);
   if (at == CString::npos) return false;
-  field = Trimmed(std::string_view(text).substr(0, at));
+  field = TrimBlanks(std::string_view(text).substr(0, at));
   return !field.empty() && ParseRange(text.substr(at + kIn.size()), low, high);
 }
 

@@ -7,12 +7,6 @@
 
 namespace tallyscope {
 
-std::string_view TrimBlanks(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 void CTextCells::GoTo(std::size_t position, long itsLine) {
   text_ = source_->Look(position, CTextSource::kWindow);
   base_ = position;

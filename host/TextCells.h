@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/core/Blanks.h"
+
 namespace tallyscope {
 
 class CTextSource;
@@ -18,13 +20,9 @@ struct TextCell {
   CellEnd end = CellEnd::kText;
 };
 
-inline bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 inline bool IsLineEnd(char c) {
   return c == '\n' || c == '\r';
 }
-std::string_view TrimBlanks(std::string_view text);
 
 // Walks a delimited text cell by cell, with quotes, doubled quotes and line breaks inside quotes. The delimiter ' ' is
 // any run of blanks and tabs, with none before the first cell and behind the last. Lines end with LF, CRLF or CR.

@@ -30,7 +30,7 @@ class CAtomicFile {
   // full disk may show later.
   bool Write(std::string_view text);
   // Ends the writing, with the bytes on the disk. Once at most.
-  bool Commit();
+  [[nodiscard]] bool Commit();
 
   bool IsGood() const { return error_.empty(); }
   const CString& GetError() const { return error_; }   // one sentence, with the target as the caller named it

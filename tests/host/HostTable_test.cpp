@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 #include "host/ColumnConditioning.h"
@@ -119,12 +120,30 @@ TEST(HostTable, AColumnOfTextsStaysOneWithoutLabels) {
   CStats_Conditioning rules;
   rules.DefineString(0);
   rules.AddNULLValue("clay");
-  auto& column = opened.table->ChangeColumn(0);
-  ConditionColumn(rules, 2, column);
+  opened.table->ChangeColumn(0, [&](CHostColumn& column) { ConditionColumn(rules, 2, column); });
+  const auto& column = opened.table->GetColumn(0);
   EXPECT_EQ(column.CountValid(), 0u);
   EXPECT_TRUE(column.labels.empty());
   EXPECT_TRUE(column.IsText());
   EXPECT_FALSE(opened.table->GetColumn(1).IsText());
+}
+
+TEST(HostTable, AChangedColumnTakesWhatWasMadeFromItAlong) {
+  CHostTable table = MakeTable(10);
+  table.GetPointSearch()->SetFields(0, 1, 2, 2);
+  // What is made during the change goes as well, and a change that fails half-way is one.
+  const auto change = [&](CHostColumn& column) {
+    column.GetValues()[0] = 5000;
+    table.Sort(0, 0, nullptr);
+    ASSERT_TRUE(table.PreparePointSearch(nullptr));
+    column.GetValues()[0] = -5000;
+    throw std::runtime_error("half-way");
+  };
+  EXPECT_THROW(table.ChangeColumn(0, change), std::runtime_error);
+  EXPECT_FALSE(table.IsSorted(0, 0));
+  EXPECT_FALSE(table.GetPointSearch()->IsPartitioned());
+  table.Sort(0, 0, nullptr);
+  EXPECT_EQ(table.GetSortedStation(0, 0), 0);
 }
 
 TEST(HostTable, ColumnsKeepTheirValuesAsTheyGrow) {
