@@ -113,7 +113,8 @@ TEST(StandardStreams, LimitOfFileSizeIsLikeAFullDisk) {
       const rlimit small{16, 16};
       setrlimit(RLIMIT_FSIZE, &small);
     });
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == kExitBadInput) << testing::PrintToString(arguments) << status;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == kExitBadInput)
+        << testing::PrintToString(arguments) << status;
     EXPECT_EQ(ReadAll(old), "old\n");
     EXPECT_EQ(scratch.List(), std::vector<std::string>{"out.csv"}) << "nothing left beside it";
   }
