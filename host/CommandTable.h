@@ -4,7 +4,7 @@
 #include <iosfwd>
 
 #include "host/CsvWriter.h"
-#include "host/TextTable.h"
+#include "host/OpenTable.h"
 
 namespace CLI {
 class App;

@@ -90,6 +90,7 @@ std::optional<TextLayout> ReadGeoEasHead(CTextSource& source, std::size_t at) {
   layout.at = lines.at;
   layout.line = lines.line;
   layout.nullSize = kTrimmingLimit;
+  layout.format = "GeoEAS";
   const auto first = lines.Next();
   // A text of one column may look like this so far, but its rows then hold no numbers.
   if (first && CountWords(*first).numbers == 0) return std::nullopt;

@@ -4,26 +4,14 @@
 #include <new>
 
 #include "host/AxisGuess.h"
-#include "host/GeoEas.h"
+#include "host/TableBuilder.h"
+#include "host/TableFormats.h"
 #include "host/TextSource.h"
+#include "statistics/ProgressSink.h"
 
 namespace tallyscope {
 
 namespace {
-
-// A sentence for content that is no text at all; empty for what may be one.
-CString RefuseBinary(CTextSource& source, const CString& file) {
-  constexpr std::size_t kHead = std::size_t{64} << 10;
-  const auto head = source.Look(0, kHead).substr(0, kHead);
-  if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF")) {
-    return file + " is UTF-16 text, which isn't read: save it as UTF-8.";
-  }
-  if (head.starts_with("PK\x03\x04"))
-    return file + " is a ZIP archive or an office document: save the table as CSV text.";
-  const auto zero = head.find('\0');
-  if (zero == std::string_view::npos) return {};
-  return file + " is no text file: byte " + std::to_string(zero + 1) + " is zero.";
-}
 
 void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& opened) {
   const AxisChoice choice = ChooseAxes(*opened.table, file, options);
@@ -38,17 +26,23 @@ void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& op
 
 OpenedTable ReadSource(CTextSource& source, const CString& file, const ReaderOptions& options,
                        CProgressSink* progress) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (progress != nullptr) progress->SetTask("Reading the table", 0);
+  const auto reader = FindTableFormat(source).open(source, file, options);
   OpenedTable opened;
-  opened.error = RefuseBinary(source, file);
-  if (!opened.error.empty()) return opened;
-  const std::size_t start =
-      source.Look(0, kByteOrderMark.size()).starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  const auto head = ReadGeoEasHead(source, start);
-  TextLayout layout;
-  layout.at = start;
-  opened = ReadTextTable(source, file, options, head.value_or(layout), progress);
-  if (head) opened.format = "GeoEAS";
+  LayerStart start;
+  if (!reader->Start(0, start)) {
+    opened.error = reader->GetError();
+    return opened;
+  }
+  CTableBuilder builder(start.names, start.rules, options.censored);
+  builder.Expect(start.rows);
+  const RowsEnd end = reader->Fill(builder, progress);
+  if (end == RowsEnd::kFault) opened.error = reader->GetError();
+  if (end != RowsEnd::kDone) return opened;
+  opened.format = reader->DescribeFormat();
+  opened.warnings = reader->GetWarnings();
+  const auto stations = static_cast<int>(builder.GetRowCount());
+  opened.table = std::make_unique<CHostTable>(builder.Finish(opened.warnings), stations);
   return opened;
 }
 

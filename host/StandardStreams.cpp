@@ -5,6 +5,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <iostream>
 
 #include "host/Command.h"
@@ -22,7 +23,8 @@ bool IsReaderGone() {
 
 }  // namespace
 
-void HoldStandardStreams() {
+void PrepareOutput() {
+  std::signal(SIGXFSZ, SIG_IGN);
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
     if (fcntl(stream, F_GETFD) >= 0) continue;
     const int wrongWay = stream == STDIN_FILENO ? O_WRONLY : O_RDONLY;

@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <vector>
 
-#include "host/TextTable.h"
+#include "host/OpenTable.h"
 
 namespace tallyscope {
 

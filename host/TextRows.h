@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/TableBuilder.h"
+#include "host/TableReader.h"
 #include "host/TextCells.h"
 #include "host/TextDialect.h"
 
@@ -14,8 +15,6 @@ namespace tallyscope {
 
 class CProgressSink;
 class CTextSource;
-
-enum class RowsEnd { kDone, kCancelled, kFault };
 
 // Walks the rows of a delimited text into a builder, once, and again for the labels of some columns. kFault leaves a
 // sentence, which may come of a source that changed: then it is the source's to say.

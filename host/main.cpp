@@ -6,7 +6,7 @@
 #include "platform/core/TemporaryFile.h"
 
 int main(int argc, char** argv) {
-  tallyscope::HoldStandardStreams();
+  tallyscope::PrepareOutput();
   tallyscope::CTemporaryFile::RemoveOnSignals();
   std::ios::sync_with_stdio(false);
   return tallyscope::RunCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc}, std::cout, std::cerr);

@@ -17,6 +17,7 @@
 #include <thread>
 
 #include "host/OpenTable.h"
+#include "host/TableFormats.h"
 #include "host/TextSource.h"
 #include "statistics/ProgressSink.h"
 #include "tests/host/HostTesting.h"
@@ -43,6 +44,39 @@ TEST_F(OpenTableTest, WhatIsNoTableIsRefusedInASentence) {
   const auto closed = Write("closed.csv", "a,b\n1,2\n");
   chmod(closed.c_str(), 0);
   EXPECT_EQ(ErrorOf(closed), closed + " can't be read: Permission denied.");
+}
+
+TEST(TableFormats, AreToldByTheFirstBytes) {
+  using namespace std::string_literals;
+  struct Row {
+    std::string bytes;
+    const char* format;
+    std::size_t columns;  // 0: refused
+  };
+  for (const Row& row : {Row{"\xFF\xFE"
+                             "a\0"s,
+                             "UTF-16 text", 0},
+                         Row{"\xFE\xFF\0a"s, "UTF-16 text", 0}, Row{"PK\x03\x04\0"s, "ZIP archive", 0},
+                         Row{"a,b\n\0,1\n"s, "binary data", 0}, Row{"t\n2\na\nb\n1 2\n", "GeoEAS", 2},
+                         Row{"\xEF\xBB\xBFt\n1\na\n1\n", "GeoEAS", 1},
+                         Row{"\xEF\xBB\xBF"
+                             "a,b,c\n1,2,3\n",
+                             "delimited text", 3},
+                         Row{"v\n1\n", "delimited text", 1},
+                         Row{"?", "delimited text", 0}}) {
+    SCOPED_TRACE(row.bytes);
+    CTextSource source(row.bytes);
+    const auto& format = FindTableFormat(source);
+    EXPECT_STREQ(format.name, row.format);
+    const CString file = "t";
+    const ReaderOptions options;
+    const auto reader = format.open(source, file, options);
+    EXPECT_EQ(reader->ListLayers().size(), 1u);
+    LayerStart start;
+    EXPECT_EQ(reader->Start(0, start), row.columns > 0);
+    EXPECT_EQ(start.names.size(), row.columns);
+    EXPECT_EQ(reader->GetError().empty(), row.columns > 0);
+  }
 }
 
 // 10 GB in one line, on a disk that keeps holes: a refusal at once, not a hang.

@@ -87,6 +87,7 @@ TEST(OutputTargets, OddTargets) {
   const CScratch scratch;
   const std::string file = scratch.Write("t.csv", kStations);
   fs::create_directory(scratch.Path("folder"));
+  fs::create_symlink("loop", scratch.Path("loop"));
   struct Row {
     std::string target;
     bool isWritten;
@@ -96,10 +97,11 @@ TEST(OutputTargets, OddTargets) {
            Row{scratch.Path("folder"), false},
            Row{scratch.Path("none/out"), false},
            Row{file + "/out", false},
+           Row{scratch.Path("loop"), false},
            Row{"/proc/out", false},
            Row{"/dev/full", false},
            Row{scratch.Path(std::string(256, 'n')), false},
-           Row{scratch.Path(std::string(200, 'n')), true},
+           Row{scratch.Path(std::string(255, 'n')), true},
            Row{scratch.Path("a\nb"), true},
            Row{"/dev/null", true},
        }) {

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -230,24 +228,6 @@ TEST(SelectCommand, FormulasAreGuardedWhenAskedFor) {
   EXPECT_EQ(Select({file, "--invert", "-o", "-", "--delimiter", "comma"}).out, text);
   const Answer guarded = Select({file, "--invert", "-o", "-", "--delimiter", "comma", "--spreadsheet-safe"});
   EXPECT_EQ(guarded.out, "'=a,'-b,x\n'=1+1,'@now,-1\n'+cmd|' /C x'!A1,'-5 %,2\n'-2+3,\"-5\",-3e-05\nx,plain,4\n");
-}
-
-TEST(SelectCommand, FailedWriteLeavesTheOldFile) {
-  const CScratch scratch;
-  const std::string old = scratch.Write("out.csv", "old\n");
-  // No file may grow beyond a few bytes, so the disk seems full.
-  rlimit before{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{16, before.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  const Answer answer = Select({Example("meuse.csv"), "--invert", "-o", old});
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_EQ(answer.code, kExitBadInput);
-  EXPECT_NE(answer.err.find(old + " can't be written: "), std::string::npos) << answer.err;
-  EXPECT_EQ(ReadAll(old), "old\n");
-  EXPECT_EQ(scratch.List(), std::vector<std::string>{"out.csv"}) << "nothing left beside it";
 }
 
 TEST(SelectCommand, WritesOverItsOwnTableAndThroughLinks) {

@@ -2,6 +2,7 @@
 // Output that can't be written, for every command.
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -72,7 +73,7 @@ int RunApart(const std::vector<CString>& arguments, const CString& said, const s
   if (child == 0) {
     std::ofstream err(said);
     setUp();
-    HoldStandardStreams();
+    PrepareOutput();
     const int code = RunCommandLine(arguments, std::cout, err);
     err.close();
     _exit(code);
@@ -97,6 +98,26 @@ TEST(StandardStreams, ReportOnClosedOutputNeverEndsUpInAFile) {
   EXPECT_EQ(ReadAll(scratch.Path("said")), kSentence);
   EXPECT_EQ(ReadAll(scratch.Path("closed.csv")), ReadAll(scratch.Path("open.csv")));
   EXPECT_EQ(ReadAll(scratch.Path("closed.csv.dcf")), ReadAll(scratch.Path("open.csv.dcf")));
+}
+
+TEST(StandardStreams, LimitOfFileSizeIsLikeAFullDisk) {
+  const CScratch scratch;
+  const std::string old = scratch.Write("out.csv", "old\n");
+  for (const auto& arguments : std::vector<std::vector<CString>>{
+           {"select", Example("meuse.csv"), "--invert", "-o", old},
+           {"condition", Example("meuse.csv"), "--field", "zinc", "-o", old},
+           {"condition", Example("meuse.csv"), "--field", "zinc", "--save-rules", old},
+           {"variogram", Example("meuse.csv"), "--field", "zinc", "--fit", "-o", old},
+       }) {
+    const int status = RunApart(arguments, "/dev/null", [] {
+      const rlimit small{16, 16};
+      setrlimit(RLIMIT_FSIZE, &small);
+    });
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == kExitBadInput)
+        << testing::PrintToString(arguments) << status;
+    EXPECT_EQ(ReadAll(old), "old\n");
+    EXPECT_EQ(scratch.List(), std::vector<std::string>{"out.csv"}) << "nothing left beside it";
+  }
 }
 
 TEST(StandardStreams, ReaderWhoHasEnoughEndsItQuietly) {
