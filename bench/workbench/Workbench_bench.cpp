@@ -7,10 +7,13 @@
 #include <memory>
 #include <string>
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QImage>
 #include <QScrollBar>
 
 #include "statistics/Stats_Data.h"
+#include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
@@ -85,6 +88,20 @@ void OpenWide(benchmark::State& state) {
                                                    benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(OpenWide)->Arg(10)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+// The list of the key field's box, opened and closed.
+void OpenFieldList(benchmark::State& state) {
+  MemoryTable table(10, static_cast<int>(state.range(0)));
+  Window window(table);
+  window.show();
+  auto* box = window.GetControl<QComboBox>(kControlKeyField);
+  for (auto _ : state) {
+    box->showPopup();
+    if (!box->view()->isVisible()) state.SkipWithError("it did not open");
+    box->hidePopup();
+  }
+}
+BENCHMARK(OpenFieldList)->Arg(10)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
 void ScrollAFrame(benchmark::State& state) {
   MemoryTable table(1'000'000);
