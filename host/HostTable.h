@@ -32,7 +32,7 @@ class CHostTable : public CStats_Data {
   std::vector<CString> GetColumnNames() const;  // likewise
   int FindDim(const CString& name) const;       // exact, axes too; kNoDim when there is none
 
-  static constexpr int kNoDim = -999;
+  static constexpr int kNoDim = tallyscope::kNoDim;
 
   // Lets `change` set values, labels and validity of a column, but not the number of rows. Sort tables and search are
   // forgotten behind it, also where it throws.

@@ -4,7 +4,7 @@
 #include <array>
 #include <vector>
 
-#include "statistics/PairReader.h"
+#include "statistics/Dim.h"
 #include "statistics/Stats_Calculator.h"
 
 namespace tallyscope {
@@ -75,11 +75,11 @@ class CStats_Bivariate : public CStats_Calculator {
   virtual bool CalcExpectation(CProgressSink* progress);
 
  private:
-  CPairReader::Column GetColumn(int item) { return {GetItemData(item), GetItemDim(item)}; }
+  CColumnRef GetColumn(int item) { return {GetItemData(item), GetItemDim(item)}; }
   bool HasFlags(int flags);
   void CalculateMissing(int missing, CProgressSink* progress);
   void CalcRegressions();
-  bool SortBoth(CProgressSink* progress);
+  bool SortBoth(const char* task, CProgressSink* progress);
 };
 
 }  // namespace tallyscope

@@ -42,9 +42,6 @@ class CStats_Calculator {
   // what the archive still holds, fails it.
   virtual void Serialize(CArchive& archive);
 
- protected:
-  void SetItemData(int item, CStats_Data* data);
-
  private:
   std::vector<CStats_Data*> data_;
   std::vector<int> dims_;

@@ -17,6 +17,17 @@ void CStats_Data::DestroyPointSearch() {
   pointSearch_.reset();
 }
 
+void CStats_Data::DropPointSearch(const DataChange& change) {
+  if (pointSearch_ == nullptr) return;
+  if (change.kind != DataChange::kColumn) {
+    DestroyPointSearch();  // its dims name other columns now
+    return;
+  }
+  const int fields[3] = {pointSearch_->GetFieldX(), pointSearch_->GetFieldY(), pointSearch_->GetFieldZ()};
+  const int* end = fields + pointSearch_->GetDimensions();
+  if (std::find(fields, end, change.dim) != end) pointSearch_->SetPartitioned(false);
+}
+
 bool CStats_Data::PreparePointSearch(CProgressSink* progress) {
   CStats_PointSearch* search = GetPointSearch();
   return search != nullptr && search->Prepare(progress);

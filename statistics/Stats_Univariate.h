@@ -65,7 +65,8 @@ class CStats_Univariate : public CStats_Calculator, public UnivariateFigures {
   void CalculateRequests(int item, int flags, CProgressSink* progress);  // bits 16 and 32
   bool CalcSkewnessAndBins(CStats_Data* data, int dim);
   void SetSkewness(double cubes);
-  void PrepareHistogram(CStats_Histogram& histogram, CStats_Data* data, int dim, int binMode, int maxBins);
+  CStats_Histogram MakeHistogram(CStats_Data* data, int dim, int binMode, int maxBins);
+  static bool Replace(CStats_Histogram& histogram, CStats_Histogram anew, CProgressSink* progress);
   bool MakeSorted(CStats_Data* data, int dim, CProgressSink* progress);
   bool MakeBinned(CStats_Data* data, int dim, CProgressSink* progress);
   void ShowBinned();

@@ -9,6 +9,7 @@
 #include <random>
 #include <utility>
 
+#include "statistics/ProgressSink.h"
 #include "tests/support/Made.h"
 
 namespace tallyscope {
@@ -282,6 +283,69 @@ TEST(SortTable, KeepsOneTableOfAColumn) {
 
   table.ClearSort();
   EXPECT_FALSE(table.IsSorted(0, 1));
+}
+
+TEST(SortTable, OutlivesWhatFollows) {
+  CMadeTable table({made::Ramp(300, 0, 1)});
+  EXPECT_EQ(table.GetSortTable(0), nullptr);
+  table.Sort(0, 0, nullptr);
+  const auto held = table.GetSortTable(0);
+  table.Sort(0, 1, nullptr);
+  table.ClearSort();
+  EXPECT_EQ((*held)[0], 0);
+  EXPECT_EQ(table.GetSortTable(0), nullptr);
+  table.TakeSortTable(0, 1, MakeSortTable(table, 0, true, nullptr));  // as from a worker
+  EXPECT_TRUE(table.IsSorted(0, 1));
+  EXPECT_EQ(table.GetSortedStation(0, 0), 299);
+}
+
+// A sink that cancels at its n-th call.
+class Patience : public CProgressSink {
+ public:
+  explicit Patience(int calls) : calls_(calls) {}
+  bool OnProgress(int percent) override {
+    rises &= percent >= last && percent <= 100;
+    last = percent;
+    return --calls_ >= 0;
+  }
+  void SetTask(const char*, int) override { ++tasks; }
+  int GetLeft() const { return calls_; }
+
+  bool rises = true;
+  int last = 0;
+  int tasks = 0;
+
+ private:
+  int calls_;
+};
+
+TEST(SortTable, ACancelledSortLeavesTheTableThatStood) {
+  constexpr int kStations = 700'000;
+  CMadeTable table({made::Normal(kStations, 0, 1), made::Rounded(made::Normal(kStations, 0, 1000), 1)});
+  for (const int field : {0, 1}) {
+    table.Sort(field, 1, nullptr);
+    const int top = table.GetSortedStation(field, 0);
+    Patience patient(1 << 30);
+    table.Sort(field, 0, &patient);
+    const int calls = (1 << 30) - patient.GetLeft();
+    EXPECT_GT(calls, 2) << "it can hardly be cancelled";
+    EXPECT_TRUE(patient.rises);
+    EXPECT_EQ(patient.tasks, 1);
+    table.Sort(field, 1, nullptr);
+    for (int allowed = 0; allowed < calls; ++allowed) {
+      Patience sink(allowed);
+      table.Sort(field, 0, &sink);
+      ASSERT_FALSE(table.IsSorted(field, 0));
+      ASSERT_TRUE(table.IsSorted(field, 1));
+      ASSERT_EQ(table.GetSortedStation(field, 0), top);
+      ASSERT_EQ(sink.GetLeft(), -1) << "asked again after it cancelled";
+    }
+  }
+  CMadeTable small({made::Normal(20'000, 0, 1)});
+  Patience never(0);
+  small.Sort(0, 0, &never);
+  EXPECT_EQ(never.tasks, 0) << "it takes no time";
+  EXPECT_TRUE(small.IsSorted(0, 0));
 }
 
 TEST(SortTable, RefusesPastTheAllowance) {
