@@ -13,8 +13,6 @@
 #include "platform/ui/DataExchange.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/WinApp.h"
-#include "spatial/Stats_PointSearch.h"
-#include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
 #include "workbench/DimIndex.h"
@@ -63,33 +61,21 @@ int CDlg_Tallyscope::GetDimension() const {
   return GetData()->GetSpatialSize();
 }
 
-void CDlg_Tallyscope::PushData(CStats_Data* data, bool owns) {
-  sessions_.push_back(std::make_unique<CTallyscope>());
-  GetTallyscope()->Fill(data, owns);
-}
-
 void CDlg_Tallyscope::PopData() {
   acts_.Run([this] { Pop(); });
 }
 
 void CDlg_Tallyscope::Pop() {
-  if (sessions_.size() < 2) return;
+  if (sessions_.GetDepth() < 2) return;
   ResetDialog();
-  sessions_.pop_back();
+  sessions_.Pop();
   ConnectSpreadsheet(GetSSData(), highlightKey_);
   UpdateData(false);
   CreatePS(0);
 }
 
 void CDlg_Tallyscope::Destroy() {
-  while (sessions_.size() > 1) sessions_.pop_back();
-  if (sessions_.empty()) return;
-  // The host's table gets its search back as it is made by default.
-  if (auto* data = GetData()) {
-    data->GetPointSearch()->SetFields(-1, -2, -3, data->GetSpatialSize());
-    data->PreparePointSearch(nullptr);
-  }
-  sessions_.pop_back();
+  sessions_.EndAll();
 }
 
 // Opening.
@@ -202,9 +188,8 @@ void CDlg_Tallyscope::EnableControls() {
   EnableDlgItem(kControlAncField, two);
   ShowDlgItem(kControlAncField, two);
   ancLabel_->setVisible(two);
-  EnableDlgItem(kControlPop, sessions_.size() > 1);
-  auto* spatial = GetSpatialCalculator();
-  EnableDlgItem(kControlPush, spatial != nullptr && spatial->regions.GetLastActive() != nullptr);
+  EnableDlgItem(kControlPop, sessions_.GetDepth() > 1);
+  EnableDlgItem(kControlPush, sessions_.CanPushSelection());
   ShowSelectedCount();
 }
 
@@ -218,45 +203,10 @@ void CDlg_Tallyscope::OnSelchangeMode() {
     EnableControls();
     if (GetMode() == before) return;
     ResetDialog();
-    ChangeMode();
+    sessions_.RepairFields();
     UpdateData(false);
     CreatePS(0);
   });
-}
-
-int CDlg_Tallyscope::RepairedDim(int dim) const {
-  return IsDimInRange(dim, GetDimension(), GetData()->GetValueSize()) ? dim : 0;
-}
-
-// Gives the new mode the fields that it had last, as far as the table has them.
-void CDlg_Tallyscope::ChangeMode() {
-  auto* session = GetTallyscope();
-  switch (GetMode()) {
-    case CTallyscope::eUnivariate:
-      SetUniDim(RepairedDim(session->GetUniDim()));
-      return;
-    case CTallyscope::eSpatial:
-      SetSPDim(RepairedDim(session->GetSPDim()));
-      return;
-    case CTallyscope::eVariogram:
-      SetVarDim(RepairedDim(session->GetVarDim()));
-      return;
-    case CTallyscope::eBivariate:
-    case CTallyscope::eMultivariate:
-      break;
-  }
-  SetBiDim1(session->GetBiDim1());
-  SetBiDim2(session->GetBiDim2());
-  if (GetKeyDim() == GetAncDim()) {
-    SetBiDim1(-1);
-    SetBiDim2(0);
-  }
-  const int axes = GetDimension();
-  const int fields = GetData()->GetValueSize();
-  if (!IsDimInRange(GetKeyDim(), axes, fields)) SetBiDim1(0);
-  if (!IsDimInRange(GetKeyDim(), axes, fields) || !IsDimInRange(GetAncDim(), axes, fields)) {
-    SetBiDim2(fields > 1 ? 1 : -1);
-  }
 }
 
 void CDlg_Tallyscope::OnSelchangeKeyField() {

@@ -11,7 +11,6 @@
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/DimIndex.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_Bivariate.h"
 #include "workbench/PS_Spatial.h"
@@ -78,9 +77,7 @@ void CDlg_Tallyscope::Start_Univariate(int startPage) {
 void CDlg_Tallyscope::Start_Bivariate(int startPage) {
   SetBiDim1(GetTallyscope()->GetBiDim1());
   SetBiDim2(GetTallyscope()->GetBiDim2());
-  const int axes = GetDimension();
-  const int fields = GetData()->GetValueSize();
-  if (!IsDimInRange(GetKeyDim(), axes, fields) || !IsDimInRange(GetAncDim(), axes, fields)) return;
+  if (!sessions_.HasKeyAndAncillary()) return;
   CreateSC_Bivariate();
   CreatePS_Bivariate(0, startPage);
 }

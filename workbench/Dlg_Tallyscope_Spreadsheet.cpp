@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The spreadsheet half of the workbench: cells as the grid asks for them, sorting, finding, the menu.
 
+#include <optional>
+
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
@@ -70,29 +72,14 @@ void CDlg_Tallyscope::UpdateSortFlag() {
   }
 }
 
-// Something else may have sorted the column the other way since: rows, arrow and ranks have to agree, so it is sorted
-// again before it shows.
 bool CDlg_Tallyscope::IsSortedSS() {
-  auto& sort = GetTallyscope()->sort;
-  auto* data = GetSSData();
-  if (!sort.sorted || !allowSelection_ || data == nullptr || data != GetData()) return false;
-  if (data->IsSorted(sort.field, sort.descending)) return true;
-  const CWaitCursor wait;
-  data->Sort(sort.field, sort.descending, nullptr);
-  data->GetRanks(sort.field, sort.ranks);
-  return data->IsSorted(sort.field, sort.descending);
-}
-
-int CDlg_Tallyscope::GetStationSS(int position) {
-  return IsSortedSS() ? GetSSData()->GetSortedStation(GetTallyscope()->sort.field, position) : position;
+  std::optional<CWaitCursor> wait;
+  if (sessions_.WantsSort() && !sessions_.SortStands()) wait.emplace();
+  return sessions_.IsSorted();
 }
 
 void CDlg_Tallyscope::EnsureVisibleSS(int row, int col) {
-  if (grid_ == nullptr) return;
-  const auto station = static_cast<std::size_t>(row - 1);
-  const auto& ranks = GetTallyscope()->sort.ranks;
-  if (IsSortedSS() && station < ranks.size()) row = ranks[station] + 1;
-  grid_->EnsureVisible(row, col);
+  if (grid_ != nullptr) grid_->EnsureVisible(sessions_.GetPosition(row - 1) + 1, col);
 }
 
 // Messages and notifications of the grid.
@@ -103,7 +90,7 @@ std::intptr_t CDlg_Tallyscope::OnMessage(unsigned message, std::uintptr_t wParam
     return 0;
   }
   if (message != kMessageColSelect) return CDialog::OnMessage(message, wParam, lParam);
-  if (allowSelection_ && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
+  if (sessions_.allowSelection && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
     SelectCol(static_cast<int>(wParam) - 1, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
   }
   return 0;
@@ -143,7 +130,7 @@ bool CDlg_Tallyscope::SupplyCell(GV_DISPINFO* info) {
     return true;
   }
   const int dim = DimFromColumn(info->col, axes);
-  const int station = GetStationSS(info->row - 1);
+  const int station = sessions_.GetStation(info->row - 1);
   info->text = ShownNumber(data->GetValue(dim, station));
   info->background = GetCellColour(dim, station);
   info->hasBackground = true;
@@ -156,7 +143,7 @@ bool CDlg_Tallyscope::IsDimInUse(int dim) const {
 }
 
 COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
-  if (allowSelection_ && IsSelectedRow(station)) return selectedColour_;
+  if (sessions_.allowSelection && IsSelectedRow(station)) return selectedColour_;
   if (!GetSSData()->IsValueValid(dim, station)) return nullColour_;
   if (highlightKey_ && IsDimInUse(dim)) return keyColour_;
   return station == hoverStation_ ? keyColour_ : normalColour_;
@@ -206,7 +193,7 @@ void CDlg_Tallyscope::OnGridRClick(int row, int col) {
 
 int CDlg_Tallyscope::ComposeMenu(CMenu* menu, int, int col) {
   const auto& sort = GetTallyscope()->sort;
-  if (allowSelection_) {
+  if (sessions_.allowSelection) {
     menu->AppendItem(kMenuStatistics, LoadString(kStringStatistics));
     menu->AppendSeparator();
     if (col >= 1 && GetSSData() != nullptr && GetSSData() == GetData() && GetSSData()->CanSort()) {
@@ -252,26 +239,9 @@ int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
 }
 
 void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
-  auto* data = GetSSData();
-  if (data == nullptr || data != GetData()) return;  // the sort is of the session's table
   const CWaitCursor wait;
-  auto& sort = GetTallyscope()->sort;
-  const int dim = DimFromColumn(col, data->GetSpatialSize());
-  const int descending = ascending == 0 ? 1 : 0;
-  const bool stands = data->IsSorted(dim, descending);
-  sort.column = col;
-  sort.field = dim;
-  sort.descending = descending;
-  sort.sorted = !stands;
-  data->ClearSort();
-  if (stands) {  // the same command again: back to station order
-    grid_->SetSortColumn(-1);
-  } else {
-    data->Sort(dim, descending, nullptr);
-    data->GetRanks(dim, sort.ranks);
-    grid_->SetSortAscending(ascending != 0);
-    grid_->SetSortColumn(col);
-  }
+  if (!sessions_.SortBy(col, ascending != 0)) return;
+  UpdateSortFlag();
   grid_->Invalidate();
 }
 
@@ -324,7 +294,7 @@ void CDlg_Tallyscope::ShowCellStatus(int row) {
     ShowStatus("row " + std::to_string(row));
     return;
   }
-  ShowStatus(DescribeStation(*data, GetStationSS(row - 1), {GetKeyDim()}));
+  ShowStatus(DescribeStation(*data, sessions_.GetStation(row - 1), {GetKeyDim()}));
 }
 
 }  // namespace tallyscope

@@ -12,7 +12,6 @@
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Multivariate.h"
 #include "statistics/Stats_Region.h"
-#include "statistics/Stats_RgnIndexList.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
 #include "workbench/PS_BaseTS.h"
@@ -66,45 +65,6 @@ TEST_F(RowSelection, ClicksAddAndControlRemoves) {
   Click(-1);
   Click(5);
   EXPECT_EQ(Selected(), "3") << "outside the table";
-}
-
-TEST_F(RowSelection, ShiftExtendsFromTheNearestSelectedRow) {
-  const struct {
-    const char* name;
-    std::vector<int> before;
-    int click;
-    const char* after;
-  } cases[] = {
-      {"none selected", {}, 2, "2"},
-      {"one above", {0}, 2, "0 1 2"},
-      {"one below", {4}, 2, "2 3 4"},
-      {"above before below", {0, 4}, 3, "0 3 4 1 2"},
-      {"the nearest above", {0, 1}, 3, "0 1 2 3"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    WrittenTable fresh = SmallTable();
-    OpenWorkbench open(fresh);
-    open.Create();
-    for (const int row : c.before) open.SelectRow(row, 0, 0);
-    open.SelectRow(c.click, 1, 0);
-    std::string after = c.after;
-    for (int station = 0; station < 5; ++station) {
-      EXPECT_EQ(open.IsSelectedRow(station), after.find(std::to_string(station)) != std::string::npos) << station;
-    }
-  }
-}
-
-TEST_F(RowSelection, InASortedSpreadsheetPositionsAreTurnedIntoStations) {
-  dialog.SortGridByCol(0, 3, 0, 0);  // Cu descending: stations 2 3 4 0 1
-  Click(0);
-  EXPECT_EQ(Selected(), "2");
-  Click(2, /*shift=*/true);
-  EXPECT_EQ(Selected(), "2 3 4");
-  ASSERT_EQ(LastRegion().GetType(), CStats_Rgn::kIndexList);
-  EXPECT_EQ(dynamic_cast<const CStats_RgnIndexList&>(LastRegion()).stations, (std::vector<int>{2, 3, 4}));
-  Click(1, false, /*control=*/true);
-  EXPECT_EQ(Selected(), "2 4");
 }
 
 TEST_F(RowSelection, ModesOfTheGridAndTheAllowFlag) {
