@@ -26,7 +26,8 @@ void ForEachPlace(CStats_Data& table, int dim, const Visit& visit) {
     table.ReadValues(dim, first, count, values[3], valid[3]);
     for (int i = 0; i < count; ++i) {
       bool isPlaced = valid[3][i] != 0;
-      for (int axis = 0; axis < axes; ++axis) isPlaced = isPlaced && valid[axis][i] != 0 && std::isfinite(values[axis][i]);
+      for (int axis = 0; axis < axes; ++axis)
+        isPlaced = isPlaced && valid[axis][i] != 0 && std::isfinite(values[axis][i]);
       if (isPlaced) visit(Point3{values[0][i], values[1][i], values[2][i]});
     }
   }

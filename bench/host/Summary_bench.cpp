@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The summary of tables of many columns, as JSON with sorted quantiles. "growth" is the time for a column over that in the
-// smallest table: it stays near 1 as long as nothing is done for all columns at each column.
+// The summary of tables of many columns, as JSON with sorted quantiles. "growth" is the time for a column over that in
+// the smallest table: it stays near 1 as long as nothing is done for all columns at each column.
 #include <benchmark/benchmark.h>
 
 #include <ctime>
