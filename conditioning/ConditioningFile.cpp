@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "conditioning/ConditioningFile.h"
 
-#include "files/NumberText.h"
 #include "files/UTextFile.h"
 #include "files/UTokeniser.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/TextCase.h"
 
 namespace tallyscope {
