@@ -151,7 +151,7 @@ TEST(ConditioningFile, FilesHoldTheText) {
 TEST(ConditioningFile, BothWaysOfReadingEndLinesAlike) {
   const CScratch scratch;
   for (const CString tail : {"", "\n", "\r\n", "\r", "\r\r\n", "\n\r", "\rNullValue = 7\r"}) {
-    for (const CString text : {"DataType = STRING\nNullValue = a" + tail, "Operator = AGC" + tail, tail}) {
+    for (const CString& text : {"DataType = STRING\nNullValue = a" + tail, "Operator = AGC" + tail, tail}) {
       CStats_Conditioning loaded;
       CString error;
       ASSERT_TRUE(LoadConditioning(scratch.Write("a.dcf", text), loaded, error));
