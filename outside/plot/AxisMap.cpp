@@ -83,7 +83,12 @@ void AxisMap::ToDataNearly(const double* world, int count, double* data) const {
 
 double AxisMap::ToWorld(double data) const {
   if (!IsLogarithmic()) return data;
-  return std::abs(data) <= 1 ? data * band : std::copysign(std::pow(10.0, std::abs(data) - 1) * band, data);
+  if (std::abs(data) <= 1) return data * band;
+  const double power = std::pow(10.0, std::abs(data) - 1);
+  if (std::isfinite(power)) return std::copysign(power * band, data);
+  // Beside a narrow band the power alone is beyond the largest number, the value need not be.
+  const double root = std::pow(10.0, (std::abs(data) - 1) / 2);
+  return std::copysign(root * band * root, data);
 }
 
 }  // namespace tallyscope

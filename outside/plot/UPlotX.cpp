@@ -121,7 +121,11 @@ void CUPlotX::Pan(double dx, double dy, int axes) {
 }
 
 Box CUPlotX::GetVisible() const {
-  return {Data2World(window_.min), Data2World(window_.max), 1};
+  Box visible{Data2World(window_.min), Data2World(window_.max), 1};
+  for (Point3* corner : {&visible.min, &visible.max}) {
+    for (double& place : *corner) place = Bound(place);
+  }
+  return visible;
 }
 
 XVector CUPlotX::Device2Data(const XVector& device) const {
