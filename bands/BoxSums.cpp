@@ -2,110 +2,187 @@
 #include "bands/BoxSums.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <limits>
+#include <numeric>
 
+#include "bands/LaneSums.h"
 #include "platform/core/WideVectors.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr int kChains = 8;
-constexpr std::uint32_t kSizeBits = 0x7fffffff;
+constexpr int kFew = 8 * kLanes;     // windows that are summed in order at once
+constexpr int kGap = 16;             // between open windows that are taken together
+constexpr double kFiner = 1.0 / 16;  // of a step, from which on quick sums are worth a second try
 
-// What eight samples in a row add up to, by halves: t[i] = x[i] + ... + x[i + 7].
-TALLYSCOPE_WIDE_VECTORS
-void SumEights(const double* x, double* t, int count) {
-  for (int i = 0; i < count + 6; ++i) t[i] = x[i] + x[i + 1];
-  for (int i = 0; i < count + 4; ++i) t[i] += t[i + 2];
-  for (int i = 0; i < count; ++i) t[i] += t[i + 4];
+std::size_t At(int i) {
+  return static_cast<std::size_t>(i);
 }
 
-// Each window from the one eight samples before it: eight chains side by side.
+// 1 where sums within `bound` of this one would be narrowed to different floats, or to a zero whose sign may differ.
 TALLYSCOPE_WIDE_VECTORS
-void SlideEights(const double* leaving, const double* coming, double* sums, int count) {
-  for (int i = 0; i < count; ++i) sums[i + kChains] = sums[i] + (coming[i] - leaving[i]);
-}
-
-// Of numbers without their signs, as the integers that their bits are.
-struct Sizes {
-  std::uint32_t largest = 0;
-  std::uint32_t lessOne =
-      ~std::uint32_t{0};  // the smallest less 1: 0 less 1 is the largest of all, so zeros don't count
-};
-
-// By the upper halves of the doubles, which hold sign, exponent and the first bits of the fraction.
-TALLYSCOPE_WIDE_VECTORS
-Sizes GetSizes(const double* samples, int count) {
-  Sizes sizes;
+void FindOpen(const double* sums, const double* divisors, double bound, unsigned char* open, int count) {
   for (int i = 0; i < count; ++i) {
-    const auto size = static_cast<std::uint32_t>(std::bit_cast<std::uint64_t>(samples[i]) >> 32) & kSizeBits;
-    sizes.largest = size > sizes.largest ? size : sizes.largest;
-    sizes.lessOne = size - 1 < sizes.lessOne ? size - 1 : sizes.lessOne;
+    const auto low = static_cast<float>((sums[i] - bound) / divisors[i]);
+    const auto high = static_cast<float>((sums[i] + bound) / divisors[i]);
+    open[i] = static_cast<unsigned char>(!(low == high) | (low == 0.0f));
   }
-  return sizes;
 }
 
-TALLYSCOPE_WIDE_VECTORS
-Sizes GetSizes(const float* samples, int count) {
-  Sizes sizes;
-  for (int i = 0; i < count; ++i) {
-    const std::uint32_t size = std::bit_cast<std::uint32_t>(samples[i]) & kSizeBits;
-    sizes.largest = size > sizes.largest ? size : sizes.largest;
-    sizes.lessOne = size - 1 < sizes.lessOne ? size - 1 : sizes.lessOne;
+// One past the last open window of a run that begins at `first`.
+int FindRunEnd(const std::vector<unsigned char>& open, int first) {
+  int end = first + 1;
+  for (int i = end; i < static_cast<int>(open.size()) && i - end < kGap; ++i) {
+    if (open[At(i)] != 0) end = i + 1;
   }
-  return sizes;
+  return end;
+}
+
+// Windows each of which overlaps the one before it, by their indices. A lane takes all samples, but what it holds
+// counts from its window's first sample to the last.
+void SumOverlapping(const float* samples, std::span<const BoxWindow> windows, std::span<const int> indices,
+                    double* sums) {
+  double lanes[kLanes] = {};
+  const auto window = [&](std::size_t lane) { return windows[At(indices[lane])]; };
+  std::size_t begun = 0;
+  std::size_t ended = 0;
+  for (int at = window(0).from;;) {
+    for (; begun < indices.size() && window(begun).from == at; ++begun) lanes[begun] = 0;
+    for (; ended < begun && window(ended).to == at; ++ended) sums[indices[ended]] = lanes[ended];
+    if (ended == indices.size()) return;
+    int next = ended < begun ? window(ended).to : std::numeric_limits<int>::max();
+    if (begun < indices.size()) next = std::min(next, window(begun).from);
+    AddToLanes(samples + at, next - at, lanes);
+    at = next;
+  }
+}
+
+void SumInOrder(std::span<const float> samples, std::span<const BoxWindow> windows, std::span<const int> indices,
+                double* sums) {
+  for (std::size_t first = 0; first < indices.size();) {
+    std::size_t end = first + 1;
+    while (end < indices.size() && end - first < kLanes &&
+           windows[At(indices[end])].from < windows[At(indices[end - 1])].to) {
+      ++end;
+    }
+    SumOverlapping(samples.data(), windows, indices.subspan(first, end - first), sums);
+    first = end;
+  }
 }
 
 }  // namespace
 
-void SlideBox(const double* samples, int width, double* sums, int count, std::vector<double>& room) {
-  double sum = 0;
-  for (int i = 0; i < width; ++i) sum += samples[i];
-  for (int i = 0; i < std::min(count, kChains); ++i) {
-    sums[i] = sum;
-    if (i + 1 < count) sum += samples[i + width] - samples[i];
+void SumInOrder(std::span<const float> samples, std::span<const BoxWindow> windows, double* sums) {
+  std::vector<int> all(windows.size());
+  std::iota(all.begin(), all.end(), 0);
+  SumInOrder(samples, windows, all, sums);
+}
+
+void CBoxSums::Start(std::span<const float> samples, int width) {
+  samples_ = samples;
+  odd_.clear();
+  if (!grid_.Fit(samples_, width)) {
+    TakeOutOdd();
+    grid_.Fit(samples_, width);
   }
-  const int rest = count - kChains;
-  if (rest <= 0) return;
-  room.resize(static_cast<std::size_t>(rest) + static_cast<std::size_t>(width) + 6);
-  SumEights(samples, room.data(), rest + width);
-  SlideEights(room.data(), room.data() + width, sums, rest);
+  from_ = to_ = 0;
+  sum_ = 0;
+  firstOdd_ = 0;
 }
 
-namespace {
-
-// A float is a whole number of units, 2^-23 of its power of two. While a sum of them all keeps below 2^53 units of the
-// smallest, nothing is ever rounded. Otherwise each addition errs by at most half an ulp of the largest sum that there
-// can be: the one way takes `steps` of them and two sums of up to `terms`, the other `terms`. (Higham, Accuracy and
-// Stability of Numerical Algorithms, 2nd ed., section 4.2.)
-template <class Real, int kFraction>  // kFraction: the fraction's bits that a size holds
-SumSpread GetSpread(std::span<const Real> samples, int terms, int steps) {
-  constexpr int kBias = std::numeric_limits<Real>::max_exponent - 1;
-  constexpr std::uint32_t kNoNumber = std::uint32_t{2 * kBias + 1} << kFraction;  // infinity; NaNs are beyond
-  const Sizes sizes = GetSizes(samples.data(), static_cast<int>(samples.size()));
-  if (sizes.largest >= kNoNumber) return {};
-  if (sizes.largest == 0) return {true, 0};
-  const int largest = static_cast<int>(sizes.largest >> kFraction);
-  const int smallest = static_cast<int>((sizes.lessOne + 1) >> kFraction);
-  const double most = std::ldexp(1.0, largest + 1 - kBias);
-  const double unit = std::ldexp(1.0, std::max(smallest, 1) - kBias - 23);
-  const double sum = most * (terms + 2.0);
-  if (sum < 0x1p53 * unit) return {true, 0};
-  return {true, sum * 0x1p-53 * 2.0 * (2.0 * steps + 4.0 * terms + 8.0)};
+void CBoxSums::TakeOutOdd() {
+  finite_.assign(samples_.begin(), samples_.end());
+  samples_ = finite_;
+  for (std::size_t i = 0; i < finite_.size(); ++i) {
+    if (std::isfinite(finite_[i])) continue;
+    odd_.push_back({static_cast<int>(i), static_cast<double>(finite_[i]), 0});
+    finite_[i] = 0;
+  }
+  for (std::size_t i = odd_.size(); i-- > 0;) {
+    const bool goesOn = i + 1 < odd_.size() && odd_[i].value == odd_[i + 1].value;
+    odd_[i].differing = goesOn ? odd_[i + 1].differing : i + 1;
+  }
 }
 
-}  // namespace
-
-SumSpread GetSumSpread(std::span<const double> samples, int terms, int steps) {
-  return GetSpread<double, 20>(samples, terms, steps);
+void CBoxSums::Sum(std::span<const BoxWindow> windows, const double* divisors, double* sums) {
+  Slide(windows, sums);
+  if (!grid_.IsExact()) {
+    open_.resize(windows.size());
+    FindOpen(sums, divisors, grid_.GetBound(), open_.data(), static_cast<int>(open_.size()));
+    Settle(windows, divisors, sums);
+  }
+  if (!odd_.empty()) ApplyOdd(windows, sums);
 }
 
-SumSpread GetSumSpread(std::span<const float> samples, int terms, int steps) {
-  return GetSpread<float, 23>(samples, terms, steps);
+// Sums of rounded samples, each from the one before it. Nothing longer than a window is summed on the way.
+void CBoxSums::Slide(std::span<const BoxWindow> windows, double* sums) {
+  const double beside = grid_.GetBeside();
+  const auto sample = [&](int i) { return (static_cast<double>(samples_[At(i)]) + beside) - beside; };
+  for (const BoxWindow& window : windows) {
+    if (window.from >= to_) {
+      from_ = to_ = window.from;
+      sum_ = 0;
+    }
+    for (; from_ < window.from; ++from_) sum_ -= sample(from_);
+    for (; to_ < window.to; ++to_) sum_ += sample(to_);
+    *sums++ = sum_;
+  }
+}
+
+void CBoxSums::Settle(std::span<const BoxWindow> windows, const double* divisors, double* sums) {
+  rest_.clear();
+  for (int i = 0; i < static_cast<int>(open_.size()); ++i) {
+    if (open_[At(i)] == 0) continue;
+    const int end = FindRunEnd(open_, i);
+    SettleRun(windows, i, end, divisors, sums);
+    i = end;
+  }
+  SumInOrder(samples_, windows, rest_, sums);
+}
+
+// What the quick sums leave open in long runs are windows that lie beside far larger samples, for which the grid was
+// made: they, or a half of them, get their own. The others are summed in order.
+void CBoxSums::SettleRun(std::span<const BoxWindow> windows, int first, int end, const double* divisors, double* sums) {
+  if (end - first <= kFew) {
+    for (int i = first; i < end; ++i) {
+      if (open_[At(i)] != 0) rest_.push_back(i);
+    }
+  } else if (!SumApart(windows.subspan(At(first), At(end - first)), divisors + first, sums + first)) {
+    const int middle = std::midpoint(first, end);
+    SettleRun(windows, first, middle, divisors, sums);
+    SettleRun(windows, middle, end, divisors, sums);
+  }
+}
+
+// False, and nothing is done, where the samples that these windows meet have no much finer grid.
+bool CBoxSums::SumApart(std::span<const BoxWindow> windows, const double* divisors, double* sums) const {
+  const int first = windows.front().from;
+  std::vector<BoxWindow> moved(windows.begin(), windows.end());
+  int width = 0;
+  for (BoxWindow& window : moved) {
+    window = {window.from - first, window.to - first};
+    width = std::max(width, window.to - window.from);
+  }
+  CBoxSums part;
+  part.Start(samples_.subspan(At(first), At(moved.back().to)), width);
+  if (!part.grid_.IsExact() && part.grid_.GetStep() > kFiner * grid_.GetStep()) return false;
+  part.Sum(moved, divisors, sums);
+  return true;
+}
+
+// A sum that meets an infinite sample stays that until it meets one that differs, and is no number from there on,
+// whatever lies between them.
+void CBoxSums::ApplyOdd(std::span<const BoxWindow> windows, double* sums) {
+  for (std::size_t i = 0; i < windows.size(); ++i) {
+    while (firstOdd_ < odd_.size() && odd_[firstOdd_].at < windows[i].from) ++firstOdd_;
+    if (firstOdd_ == odd_.size()) return;
+    const OddSample& odd = odd_[firstOdd_];
+    if (odd.at >= windows[i].to) continue;
+    const bool stays = std::isnan(odd.value) || odd.differing == odd_.size() || odd_[odd.differing].at >= windows[i].to;
+    sums[i] = stays ? odd.value : odd.value + odd_[odd.differing].value;
+  }
 }
 
 }  // namespace tallyscope

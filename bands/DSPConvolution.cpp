@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bands/DSPConvolution.h"
 
-#include <cmath>
 #include <cstddef>
-#include <cstdint>
 
 #include "bands/BandWalk.h"
 #include "bands/DSPProcess.h"
@@ -12,10 +10,9 @@
 namespace tallyscope {
 
 bool CDSPConvolution::Process1D(CDSPProgress* progress) {
+  if (filterKind == kNoFilter) return CopySamples(*this, progress);
   const int axis = axes == 2 ? 1 : axes == 4 ? 2 : 0;
-  const auto& taps = passAxis >= 1 && passAxis <= 3 ? axisKernels[static_cast<std::size_t>(passAxis - 1)] : kernel;
-  if (filterKind == kNoFilter || taps.empty()) return CopySamples(*this, progress);
-  CLineFilter filter(*this, taps);
+  CLineFilter filter(*this, passAxis >= 1 && passAxis <= 3 ? passAxis - 1 : 0);
   return WalkLines(*this, axis, progress, [&filter](const DSPLine& line) { filter.Run(line); });
 }
 
@@ -28,7 +25,7 @@ bool CDSPConvolution::Process3D(CDSPProgress* progress) {
 }
 
 bool CDSPConvolution::RunPasses(CDSPProgress* progress) {
-  if (filterKind == kNoFilter || kernel.empty()) return CopySamples(*this, progress);
+  if (filterKind == kNoFilter) return CopySamples(*this, progress);
   const int all = axes == 0 ? (dimension == 2 ? 3 : 7) : axes;
   std::array<CDSPConvolution, 3> steps;
   CDSPProcess process;

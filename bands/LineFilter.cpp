@@ -5,9 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <type_traits>
 
-#include "bands/BoxSums.h"
 #include "bands/DSPConvolution.h"
 #include "platform/core/WideVectors.h"
 
@@ -16,9 +14,6 @@ namespace tallyscope {
 namespace {
 
 constexpr double kNoWeight = 2.220446049250313e-14;
-constexpr int kBlock = 2048;
-constexpr int kWindows = 16;   // of half the width that a block has room for, so that its first sums cost little
-constexpr int kNarrowBox = 8;  // up to which the taps are quicker
 
 bool IsNoWeight(double weight) {
   return weight >= -kNoWeight && weight <= kNoWeight;
@@ -38,30 +33,55 @@ void Narrow(const double* sums, double divisor, double* to, int count) {
   for (int i = 0; i < count; ++i) to[i] = sums[i] / divisor;
 }
 
-TALLYSCOPE_WIDE_VECTORS
-void Widen(const float* from, double* to, int count) {
-  for (int i = 0; i < count; ++i) to[i] = from[i];
-}
-
-void Widen(const double* from, double* to, int count) {
-  std::copy_n(from, count, to);
+bool HoldsFloats(const CDSPOperationData& entry) {
+  return entry.data->elementType != CDSPData::kDouble;
 }
 
 }  // namespace
 
-CLineFilter::CLineFilter(const CDSPConvolution& options, const std::vector<double>& taps)
-    : options_(options), half_(static_cast<int>(taps.size() / 2)), means_(static_cast<int>(taps.size())) {
-  for (std::size_t i = 0; i < taps.size(); ++i) {
-    if (!(std::abs(taps[i]) >= kNoWeight)) continue;
-    taps_.push_back({taps[i], static_cast<int>(i) - half_});
-    total_ += taps[i];
+CLineFilter::CLineFilter(const CDSPConvolution& options, int axis)
+    : options_(options),
+      whole_(options.widths[static_cast<std::size_t>(axis)] / 2),
+      box_(options.filterKind == CDSPConvolution::kBox) {}
+
+void CLineFilter::Run(const DSPLine& line) {
+  const bool floats = HoldsFloats(*line.overlap->input) && HoldsFloats(*line.overlap->output);
+  FitTo(line.count, box_ && floats);
+  if (box_ && floats) {
+    RunBox(line);
+    return;
   }
-  const double centre = taps[static_cast<std::size_t>(half_)];
-  plain_ = !options.rawSum && !options.requireFullWindow && !options.filterNulls &&
-           options.edgeMode != CDSPConvolution::kInside && centre > 2 * kNoWeight * static_cast<double>(taps.size()) &&
-           std::all_of(taps.begin(), taps.end(), [](double tap) { return tap >= 0; });
-  box_ = std::all_of(taps.begin(), taps.end(), [](double tap) { return tap == 1.0; });
-  slides_ = box_ && taps.size() > kNarrowBox;
+  for (int first = 0; first < line.count;) {
+    const Block block{first, std::min(kBlock, line.count - first), line.count};
+    TapBlock(line, block);
+    first += block.count;
+  }
+}
+
+// Taps farther off than the line is long meet nothing. Without them the divisor of a box, a whole number, stays what it
+// is; other weights are summed all the same, for what they leave in its last bits.
+void CLineFilter::FitTo(int lineCount, bool slides) {
+  if (lineCount == lineCount_ && slides == slides_) return;
+  lineCount_ = lineCount;
+  slides_ = slides;
+  half_ = std::min(whole_, lineCount);
+  const bool divides = !options_.rawSum && !options_.requireFullWindow;
+  const bool everywhere = options_.edgeMode != CDSPConvolution::kInside;
+  beyond_ = box_ || !divides || !everywhere ? half_ : whole_;
+  plain_ = divides && everywhere && !options_.filterNulls && beyond_ == half_;
+  taps_.clear();
+  if (slides_) {
+    total_ = 2.0 * half_ + 1;
+    return;
+  }
+  before_ = total_ = 0;
+  for (int offset = -beyond_; offset <= beyond_; ++offset) {
+    if (offset == -half_) before_ = total_;
+    const double weight = options_.GetWeight(offset);
+    if (!(std::abs(weight) >= kNoWeight)) continue;
+    total_ += weight;
+    if (std::abs(offset) <= half_) taps_.push_back({weight, offset});
+  }
 }
 
 bool CLineFilter::IsNearEnd(const Block& block, int at) const {
@@ -69,111 +89,22 @@ bool CLineFilter::IsNearEnd(const Block& block, int at) const {
   return position < half_ || position >= block.lineCount - half_;
 }
 
-void CLineFilter::Run(const DSPLine& line) {
-  const int size = std::max(kBlock, half_ > line.count / kWindows ? line.count : kWindows * half_);
-  for (int first = 0; first < line.count; first += size) {
-    const Block block{first, std::min(size, line.count - first), line.count};
-    if (!MeanBlock(line, block)) FilterBlock(line, block);
-    if (line.count - first <= size) break;  // first + size may be beyond an int
-  }
-}
-
-// A block of floats under a box, away from the ends of the line: false, and nothing is done, for any other, and where
-// sums could be rounded.
-bool CLineFilter::MeanBlock(const DSPLine& line, const Block& block) {
-  const bool floats = line.overlap->input->data->elementType != CDSPData::kDouble &&
-                      line.overlap->output->data->elementType != CDSPData::kDouble;
-  if (!box_ || !floats || line.inStride != 1 || line.outStride != 1 || block.count % CBoxMeans::kStep != 0)
-    return false;
-  if (block.first < half_ || block.lineCount - block.first - block.count < half_ + CBoxMeans::kAhead) return false;
-  const int first = line.inFirst + block.first - half_;
-  const bvector* const mask = line.In().mask;
-  const float* const from = line.In().floatData + first;
-  float* const to = line.Out().floatData + line.outFirst + block.first;
-  anyNull_ = mask != nullptr && !AllClear(*mask, first, block.count + 2 * half_);
-  if (!anyNull_) {
-    if (!means_.Run(from, options_.rawSum ? 1.0 : total_, to, block.count)) return false;
-  } else if (!plain_ || !means_.RunAroundNulls(from, *mask, first, to, block.count)) {
-    return false;
-  }
-  StoreNulls(line, block);
-  return true;
-}
-
-void CLineFilter::FilterBlock(const DSPLine& line, const Block& block) {
-  LoadBlock(line, block);
-  const int width = 2 * half_ + 1;
-  const auto spread = slides_ && floats_
-                          ? GetSumSpread(std::span<const double>(samples_), width + 16, 2 * block.count + width)
-                          : SumSpread{};
-  if (spread.finite) {
-    SumBox(block, spread.bound);
-  } else {
-    SumTaps(block);
-  }
-  StoreBlock(line, block);
-}
-
-void CLineFilter::LoadBlock(const DSPLine& line, const Block& block) {
-  const auto room = static_cast<std::size_t>(block.count) + 2 * static_cast<std::size_t>(half_);
-  const int from = std::max(-half_, -block.first);
-  const int to =
-      static_cast<int>(std::min(std::int64_t{block.count} + half_, std::int64_t{block.lineCount} - block.first));
-  anyNull_ = from > -half_ || to < block.count + half_;
-  samples_.resize(room);
-  std::fill(samples_.begin(), samples_.begin() + (from + half_), 0.0);
-  std::fill(samples_.begin() + (to + half_), samples_.end(), 0.0);
-  double* const slots = samples_.data() + half_;
-  WithSamples(line.In(), line.overlap->input->data->elementType, 0, [&]<class In>(const In* band) {
-    floats_ = std::is_same_v<In, float>;
-    const In* const source = band + line.inFirst + static_cast<std::ptrdiff_t>(block.first) * line.inStride;
-    if (line.inStride == 1) {
-      Widen(source + from, slots + from, to - from);
-    } else {
-      for (int i = from; i < to; ++i) slots[i] = source[static_cast<std::ptrdiff_t>(i) * line.inStride];
-    }
-  });
-  LoadNulls(line, block, from, to);
-}
-
-void CLineFilter::LoadNulls(const DSPLine& line, const Block& block, int from, int to) {
-  const bvector* const mask = line.In().mask;
-  const int first = line.inFirst + block.first * line.inStride;
-  const bool clear = mask == nullptr || (line.inStride == 1 && AllClear(*mask, first + from, to - from));
-  if (clear && !anyNull_) return;
-  nulls_.assign(samples_.size(), 0.0);
-  std::fill(nulls_.begin(), nulls_.begin() + (from + half_), 1.0);
-  std::fill(nulls_.begin() + (to + half_), nulls_.end(), 1.0);
-  if (clear) return;
-  const auto setNull = [this](int i) {
-    nulls_[static_cast<std::size_t>(i + half_)] = 1.0;
-    samples_[static_cast<std::size_t>(i + half_)] = 0.0;
-    anyNull_ = true;
-  };
-  if (line.inStride != 1) {
-    for (int i = from; i < to; ++i) {
-      if (mask->Get(first + i * line.inStride)) setNull(i);
-    }
-    return;
-  }
-  for (int i = from; i < to; i += kMaskWord) {
-    for (auto bits = LoadBits(*mask, first + i, std::min(kMaskWord, to - i)); bits != 0; bits &= bits - 1) {
-      setNull(i + std::countr_zero(bits));
-    }
-  }
+// Whether a window of the block runs off the line.
+bool CLineFilter::MeetsEnds(const Block& block) const {
+  return block.first < half_ || block.count > block.lineCount - half_ - block.first;
 }
 
 // Bits of the samples from `at` on that have no result.
 std::uint64_t CLineFilter::FindUnfiltered(const DSPLine& line, const Block& block, int at, int count) const {
   if (!anyNull_) return options_.rawSum || !IsNoWeight(total_) ? 0 : LowBits(count);
+  const bvector* const mask = line.In().mask;
   if (plain_ && line.inStride == 1) {
-    return line.In().mask != nullptr ? LoadBits(*line.In().mask, line.inFirst + block.first + at, count) : 0;
+    return mask != nullptr ? LoadBits(*mask, line.inFirst + block.first + at, count) : 0;
   }
   std::uint64_t bits = 0;
   for (int i = 0; i < count; ++i) {
-    const auto slot = static_cast<std::size_t>(at + i);
-    const double missing = missing_[slot];
-    const bool null = nulls_[slot + static_cast<std::size_t>(half_)] != 0;
+    const double missing = missing_[static_cast<std::size_t>(at + i)];
+    const bool null = mask != nullptr && mask->Get(line.inFirst + (block.first + at + i) * line.inStride);
     const bool inside = options_.edgeMode != CDSPConvolution::kInside || !IsNearEnd(block, at + i);
     const bool enough = !options_.requireFullWindow || missing == 0;
     const bool weighs = options_.rawSum || !IsNoWeight(total_ - missing);

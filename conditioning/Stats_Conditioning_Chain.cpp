@@ -32,15 +32,6 @@ std::unique_ptr<CDSPData> MakeLine(float* values, bvector* nulls, int count) {
   return line;
 }
 
-std::vector<std::unique_ptr<CDSPOperation>> MakeOperations(const std::vector<CStats_Operator>& chain) {
-  std::vector<std::unique_ptr<CDSPOperation>> operations;
-  for (const auto& step : chain) {
-    const auto* row = FindOperatorRow(step.GetType());
-    if (row != nullptr) operations.push_back(row->make(step));
-  }
-  return operations;
-}
-
 }  // namespace
 
 // Each step brings its result back to the caller's band before the next begins. A process of them all would keep one
@@ -50,7 +41,10 @@ int CStats_Conditioning::ProcessOperations(float* values, bvector* nulls, int co
   if (count < 1) return 1;
   bvector none(nulls == nullptr ? count : 0);
   const auto line = MakeLine(values, nulls == nullptr ? &none : nulls, count);
-  for (const auto& operation : MakeOperations(operators)) {
+  for (const auto& step : operators) {
+    const auto* row = FindOperatorRow(step.GetType());
+    if (row == nullptr) continue;
+    const auto operation = row->make(step);
     CDSPProcess process;
     process.Storage().AddInput(line.get(), false);
     process.Storage().AddOutput(line.get(), false);

@@ -13,6 +13,7 @@
 
 #include "gridctrl/GridPainter.h"
 #include "platform/core/Messages.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -94,6 +95,13 @@ void CGridCtrl::SetSortAscending(bool ascending) {
 void CGridCtrl::SetColumnWidth(int column, int width) {
   if (column < 0 || column >= GetColumnCount()) return;
   widths_[static_cast<std::size_t>(column)] = std::clamp(width, kLeastWidth, kMostWidth);
+  Arrange();
+}
+
+void CGridCtrl::SetColumnWidths(const std::vector<int>& widths) {
+  const auto count = std::min(widths.size(), widths_.size());
+  std::transform(widths.begin(), widths.begin() + static_cast<std::ptrdiff_t>(count), widths_.begin(),
+                 [](int width) { return std::clamp(width, kLeastWidth, kMostWidth); });
   Arrange();
 }
 
@@ -180,8 +188,8 @@ void CGridCtrl::SetCurrentCell(int row, int col) {
 
 void CGridCtrl::DescribeCurrent() {
   if (current_.row < 0) return setAccessibleDescription({});
-  const QString heading = GridText::OneLine(Request(0, current_.col).text);
-  const QString text = GridText::OneLine(Request(current_.row, current_.col).text);
+  const QString heading = OneLine(Request(0, current_.col).text);
+  const QString text = OneLine(Request(current_.row, current_.col).text);
   setAccessibleDescription(QString("row %1, %2: %3").arg(QString::number(current_.row), heading, text));
 }
 
@@ -197,10 +205,14 @@ GV_DISPINFO CGridCtrl::Request(int row, int col) const {
   return info;
 }
 
+int CGridCtrl::GetArrowWidth() const {
+  return text_->NumberWidth(1) + padding_;
+}
+
 GridScene CGridCtrl::MakeScene() const {
   GridScene scene{geometry_, *text_, GridColours(palette(), palette().currentColorGroup())};
   scene.padding = padding_;
-  scene.arrowWidth = text_->NumberWidth(1) + padding_;
+  scene.arrowWidth = GetArrowWidth();
   scene.sortColumn = sortColumn_;
   scene.sortAscending = sortAscending_;
   scene.current = current_;

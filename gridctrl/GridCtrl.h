@@ -54,6 +54,9 @@ class CGridCtrl : public QAbstractScrollArea, public CWnd {
   void AutoSizeColumn(int column);
   void SetColumnWidth(int column, int width);
   int GetColumnWidth(int column) const;  // 0 for a column that is not there
+  // All at once, from column 0 on: a hundred thousand one by one take minutes. Columns beyond the list stay.
+  void SetColumnWidths(const std::vector<int>& widths);
+  const std::vector<int>& GetColumnWidths() const { return widths_; }
 
   void EnsureVisible(int row, int col);
   QRect GetCellRect(int row, int col) const;     // the part of the cell in the viewport; empty when it is out of view
@@ -103,6 +106,7 @@ class CGridCtrl : public QAbstractScrollArea, public CWnd {
   GridScene MakeScene() const;
   GV_DISPINFO Request(int row, int col) const;
 
+  int GetArrowWidth() const;                                         // of the sort arrow, its gap included
   int FittingWidth(int column, const std::vector<int>& rows) const;  // units
   std::vector<int> SampleRows(int most) const;
   void FitRowNumbers();

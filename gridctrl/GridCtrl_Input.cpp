@@ -17,14 +17,14 @@
 #include "gridctrl/GridCtrl.h"
 #include "gridctrl/GridPainter.h"
 #include "platform/core/Messages.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr int kBorderSlack = 4;          // pixels beside a column's border where it can be taken
-constexpr double kWheelNotch = 120;      // eighths of a degree
-constexpr qsizetype kLongestTip = 2000;  // characters
+constexpr int kBorderSlack = 4;      // pixels beside a column's border where it can be taken
+constexpr double kWheelNotch = 120;  // eighths of a degree
 
 // The whole turns or pixels of what has gathered; a turn back drops the rest of the turn forth.
 std::int64_t Take(double& gathered, double more) {
@@ -156,10 +156,8 @@ bool CGridCtrl::ShowTip(QPoint point, QPoint global) {
   const CCellID cell = GetCellFromPoint(point);
   if (cell.row < 0) return false;
   const CString text = Request(cell.row, cell.col).text;
-  if (text_->Width(GridText::OneLine(text)) <= TextRoom(MakeScene(), cell.row, cell.col).width()) return false;
-  const QString shown = ToQString(text).left(kLongestTip).toHtmlEscaped();  // a heading may look like markup
-  QToolTip::showText(global, "<span style='white-space:pre-wrap'>" + shown + "</span>", viewport(),
-                     geometry_.Visible(cell.row, cell.col));
+  if (text_->Width(OneLine(text)) <= TextRoom(MakeScene(), cell.row, cell.col).width()) return false;
+  QToolTip::showText(global, TipText(text), viewport(), geometry_.Visible(cell.row, cell.col));
   return true;
 }
 

@@ -5,6 +5,7 @@
 
 #include "gridctrl/GridCtrl.h"
 #include "gridctrl/GridPainter.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -39,16 +40,14 @@ std::vector<int> CGridCtrl::SampleRows(int most) const {
 
 int CGridCtrl::FittingWidth(int column, const std::vector<int>& rows) const {
   int widest = 0;
-  const auto take = [&](int row) {
-    widest = std::max(widest, text_->Width(GridText::OneLine(Request(row, column).text)));
-  };
+  const auto take = [&](int row) { widest = std::max(widest, text_->Width(OneLine(Request(row, column).text))); };
   if ((autoSizeMode_ & kFitData) != 0) {
     for (const int row : rows) take(row);
   }
   if ((autoSizeMode_ & kFitHeadings) != 0) {
     const int data = std::exchange(widest, 0);
     take(0);
-    widest = std::max(data, widest + MakeScene().arrowWidth);  // sorting must not cut the heading
+    widest = std::max(data, widest + GetArrowWidth());  // sorting must not cut the heading
   }
   return std::clamp(ToUnits(widest + 2 * padding_), kLeastFit, kMostFit);
 }

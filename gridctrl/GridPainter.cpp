@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include "platform/ui/PlainText.h"
+
 namespace tallyscope {
 
 namespace {
@@ -102,7 +104,7 @@ class Painting {
     const QRect room = TextRoom(scene_, row, column);
     if (info_.text.empty() || room.width() <= 0) return;
     painter_.setPen(ink_);
-    scene_.text.Draw(painter_, room, scene_.text.Fitted(GridText::OneLine(info_.text), room.width()), info_.alignment);
+    scene_.text.Draw(painter_, room, scene_.text.Fitted(OneLine(info_.text), room.width()), info_.alignment);
   }
 
   // Fills the cell and finds the ink for its text.

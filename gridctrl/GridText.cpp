@@ -10,7 +10,6 @@ namespace tallyscope {
 
 namespace {
 
-constexpr int kLongestShown = 1000;  // characters
 constexpr char kNumberCharacters[] = "0123456789+-.,eE ";
 constexpr QChar kEllipsis(0x2026);
 
@@ -80,16 +79,6 @@ void GridText::Draw(QPainter& painter, const QRect& room, const QString& text, C
     painter.drawText(QPointF(x + inset, y), each);
     x += advance;
   }
-}
-
-QString GridText::OneLine(const CString& text) {
-  QString line =
-      QString::fromUtf8(text.data(), static_cast<qsizetype>(std::min<std::size_t>(text.size(), 4 * kLongestShown)));
-  if (line.size() > kLongestShown) line = line.left(kLongestShown) + kEllipsis;
-  for (QChar& each : line) {
-    if (each.unicode() < u' ' || each == QChar::LineSeparator || each == QChar::ParagraphSeparator) each = u' ';
-  }
-  return line;
 }
 
 }  // namespace tallyscope

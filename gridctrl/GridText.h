@@ -27,9 +27,6 @@ class GridText {
   // `text` has to fit `room`; it is centred vertically.
   void Draw(QPainter& painter, const QRect& room, const QString& text, CellAlignment alignment) const;
 
-  // Line breaks and tabs become blanks, and what no screen is wide enough for is cut off.
-  static QString OneLine(const CString& text);
-
  private:
   bool IsNumber(const QString& text) const;
   double Advance(const QString& text) const;

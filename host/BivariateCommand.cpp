@@ -7,6 +7,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/ReaderFlags.h"
+#include "host/Sentences.h"
 
 namespace tallyscope {
 
@@ -41,7 +42,7 @@ int CBivariateCommand::Run(std::ostream& out, std::ostream& err) {
   if (key == CHostTable::kNoDim) return kExitBadInput;
   const int ancillary = FindDimForCommand(table, file_, ancillary_, err);
   if (ancillary == CHostTable::kNoDim) return kExitBadInput;
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   CBivariateReport report(table, key, ancillary);
   if (json_) {
     report.PrintJson(out);

@@ -25,7 +25,7 @@ CString Figure(double value) {
 
 CString Line(const CString& of, const std::array<double, 2>& line, const CString& on) {
   const bool falls = line[1] < 0;
-  return of + " = " + FormatGeneral(line[0], kCurveDigits) + " " + on + (falls ? " - " : " + ") +
+  return Shown(of) + " = " + FormatGeneral(line[0], kCurveDigits) + " " + Shown(on) + (falls ? " - " : " + ") +
          FormatGeneral(falls ? -line[1] : line[1], kCurveDigits);
 }
 
@@ -73,7 +73,7 @@ void CBivariateReport::PrintFigures(std::ostream& out) {
   both.Print(out, "");
   out << "\nRegression: " << Line(ancillary_, pair_->yOnX, key_) << "\n            "
       << Line(key_, pair_->xOnY, ancillary_) << "\nOn show:    "
-      << (pair_->vertical ? key_ + " = " + FormatGeneral(pair_->displayLine[1], kCurveDigits)
+      << (pair_->vertical ? Shown(key_) + " = " + FormatGeneral(pair_->displayLine[1], kCurveDigits)
                           : Line(ancillary_, pair_->displayLine, key_))
       << "\n";
 }

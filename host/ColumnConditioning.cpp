@@ -63,9 +63,9 @@ void ConditionTexts(const CStats_Conditioning& rules, std::size_t rows, CHostCol
   const auto before = std::move(column.labels);
   CLabels labels;
   for (std::size_t row = 0; row < rows; ++row) {
-    const bool inTable = column.IsValid(row);
-    CString text = inTable ? before[static_cast<std::size_t>(column.GetValues()[row]) - 1] : CString();
-    if (ConditionValue(rules, inTable, rules.nullString, text, counts)) {
+    const auto label = column.IsValid(row) ? FindLabel(column.GetValues()[row], before.size()) : std::nullopt;
+    CString text = label ? before[*label] : CString();
+    if (ConditionValue(rules, label.has_value(), rules.nullString, text, counts)) {
       column.GetValues()[row] = labels.GetCode(text);
       column.SetValid(row, true);
     } else {

@@ -16,9 +16,10 @@ namespace tallyscope {
 // What a command ends with.
 enum ExitCode : int {
   kExitDone = 0,
-  kExitBadInput = 1,     // one sentence on standard error
-  kExitWrongCall = 2,    // the usage on standard error
-  kExitCancelled = 130,  // by Ctrl-C, as a shell has it
+  kExitBadInput = 1,      // one sentence on standard error
+  kExitWrongCall = 2,     // two lines of usage and one sentence on standard error
+  kExitCancelled = 130,   // by Ctrl-C, as a shell has it
+  kExitReaderGone = 141,  // of standard output, as a shell has it
 };
 
 // One command of the program. It declares its options, and runs once they are filled in.

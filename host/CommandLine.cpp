@@ -6,9 +6,13 @@
 #include <new>
 #include <ostream>
 
+#include <sys/stat.h>
+
 #include <CLI/CLI.hpp>
 
 #include "host/Command.h"
+#include "host/Sentences.h"
+#include "host/StandardStreams.h"
 
 namespace tallyscope {
 
@@ -32,11 +36,12 @@ const CommandRow* FindCommand(const CString& name) {
   return found == std::end(kCommands) ? nullptr : found;
 }
 
+constexpr const char* kUsage =
+    "Usage: tallyscope FILE [OPTIONS]\n"
+    "       tallyscope COMMAND [OPTIONS]\n";
+
 void PrintHelp(std::ostream& out) {
-  out << "Tallyscope, a statistics workbench for geoscience tables\n\n"
-         "Usage: tallyscope FILE [OPTIONS]\n"
-         "       tallyscope COMMAND [OPTIONS]\n\n"
-         "Commands:\n";
+  out << "Tallyscope, a statistics workbench for geoscience tables\n\n" << kUsage << "\nCommands:\n";
   for (const auto& row : kCommands) {
     out << "  " << row.name << CString(12 - std::min<std::size_t>(11, CString(row.name).size()), ' ') << row.description
         << "\n";
@@ -47,8 +52,44 @@ void PrintHelp(std::ostream& out) {
          "  --version     the version\n";
 }
 
-int RefuseCall(CLI::App& app, const CString& sentence, std::ostream& err) {
-  err << sentence << "\n\n" << app.help();
+// The sentence comes last, where the eye is.
+int RefuseCall(const CLI::App& app, CString sentence, std::ostream& err) {
+  err << CLI::Formatter().make_usage(&app, app.get_name()) << "'" << app.get_name() << " --help' lists the options.\n";
+  if (CString(".?").find(sentence.back()) == CString::npos) sentence += '.';
+  Say(err, sentence);
+  return kExitWrongCall;
+}
+
+// A sentence on an argument that was left over; CLI11's own when there is none.
+CString DescribeFault(const CLI::App& app, const CLI::ParseError& error) {
+  const auto left = app.remaining();
+  const auto option = std::find_if(left.begin(), left.end(), [](const auto& text) { return text.starts_with("-"); });
+  if (option != left.end()) {
+    const CString name = option->substr(0, option->find('='));
+    std::vector<CString> names;
+    for (const auto* known : app.get_options()) {
+      for (const auto& longName : known->get_lnames()) names.push_back("--" + longName);
+    }
+    return "There is no option " + name + SuggestNear(name, names);
+  }
+  if (!left.empty()) return Quoted(left.front()) + " is one argument too many";
+  return error.what();
+}
+
+// Whether the first argument can't be meant as a file to open: there is none, and it looks like a word.
+bool IsUnknownWord(const CString& text) {
+  struct stat facts {};
+  return !text.empty() && text.front() != '-' && text.find_first_of("./") == CString::npos &&
+         stat(text.c_str(), &facts) != 0;
+}
+
+int RefuseWord(const CString& word, std::ostream& err) {
+  std::vector<CString> names;
+  for (const auto& row : kCommands) names.emplace_back(row.name);
+  const CString near = SuggestNear(word, names);
+  err << kUsage;
+  Say(err, "There is no command " + word +
+               (near.empty() ? ", and no such file; 'tallyscope --help' lists the commands." : near));
   return kExitWrongCall;
 }
 
@@ -62,19 +103,13 @@ int RunCommand(const CommandRow& row, const std::vector<CString>& arguments, std
     out << app.help();
     return kExitDone;
   } catch (const CLI::ParseError& error) {
-    return RefuseCall(app, error.what(), err);
+    return RefuseCall(app, DescribeFault(app, error), err);
   }
   const CString sentence = command->CheckOptions();
   return sentence.empty() ? command->Run(out, err) : RefuseCall(app, sentence, err);
 }
 
-}  // namespace
-
-std::span<const CommandRow> GetCommands() {
-  return kCommands;
-}
-
-int RunCommandLine(const std::vector<CString>& arguments, std::ostream& out, std::ostream& err) {
+int RunArguments(const std::vector<CString>& arguments, std::ostream& out, std::ostream& err) {
   const CString first = arguments.empty() ? CString() : arguments.front();
   if (first == "--help" || first == "-h") {
     PrintHelp(out);
@@ -85,13 +120,24 @@ int RunCommandLine(const std::vector<CString>& arguments, std::ostream& out, std
     return kExitDone;
   }
   const CommandRow* named = FindCommand(first);
+  if (named == nullptr && IsUnknownWord(first)) return RefuseWord(first, err);
   const CommandRow& row = named != nullptr ? *named : kCommands[0];
   try {
     return RunCommand(row, {arguments.begin() + (named != nullptr ? 1 : 0), arguments.end()}, out, err);
   } catch (const std::bad_alloc&) {
-    err << "There is not enough memory.\n";
+    Say(err, "There is not enough memory.");
     return kExitBadInput;
   }
+}
+
+}  // namespace
+
+std::span<const CommandRow> GetCommands() {
+  return kCommands;
+}
+
+int RunCommandLine(const std::vector<CString>& arguments, std::ostream& out, std::ostream& err) {
+  return FinishOutput(out, err, RunArguments(arguments, out, err));
 }
 
 }  // namespace tallyscope

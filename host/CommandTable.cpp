@@ -3,7 +3,8 @@
 
 #include <ostream>
 
-#include "host/CsvWriter.h"
+#include <CLI/CLI.hpp>
+
 #include "host/OpenTable.h"
 #include "host/Sentences.h"
 #include "host/TerminalProgress.h"
@@ -16,29 +17,31 @@ OpenedTable OpenForCommand(const CString& file, const ReaderOptions& options, st
     CTerminalProgress progress(err);
     return OpenTable(file == "-" ? "/dev/stdin" : file, options, &progress);
   }();
-  if (!opened.table) err << opened.error << "\n";
+  if (!opened.table) Say(err, opened.error);
   return opened;
 }
 
 int FindDimForCommand(const CHostTable& table, const CString& file, const CString& name, std::ostream& err) {
   const int dim = table.FindDim(name);
   if (dim != CHostTable::kNoDim) return dim;
-  err << file << " has no field " << name << SuggestNames(name, table.GetColumnNames()) << "\n";
+  Say(err, file + " has no field " + name + SuggestNames(name, table.GetColumnNames()));
   return dim;
 }
 
-bool WriteForCommand(const CHostTable& table, const std::vector<int>& stations, const CString& target,
+void AddFormulaFlag(CLI::App& app, CsvTarget& target) {
+  app.add_flag_callback(
+      "--spreadsheet-safe", [&target] { target.formulas = Formulas::kGuarded; },
+      "put an apostrophe before texts that a spreadsheet would run as formulas");
+}
+
+bool WriteForCommand(const CHostTable& table, const std::vector<int>& stations, const CsvTarget& target,
                      std::ostream& out, std::ostream& err) {
-  if (target == "-") {
-    const bool written =
-        WriteCsv(table, stations, [&](std::string_view text) { return static_cast<bool>(out << text); });
-    if (written && out.flush()) return true;
-    err << "Standard output can't be written.\n";
-    return false;
-  }
-  CAtomicFile file(target);
-  if (WriteCsv(table, stations, [&](std::string_view text) { return file.Write(text); }) && file.Commit()) return true;
-  err << file.GetError() << "\n";
+  const auto write = [&](const TextTarget& take) { return WriteCsv(table, stations, target.formulas, take); };
+  // A failure is told where the output of every command is checked.
+  if (target.file == "-") return write([&](std::string_view text) { return static_cast<bool>(out << text); });
+  CAtomicFile file(target.file);
+  if (write([&](std::string_view text) { return file.Write(text); }) && file.Commit()) return true;
+  Say(err, file.GetError());
   return false;
 }
 

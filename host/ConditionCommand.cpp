@@ -10,6 +10,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/OperatorArgument.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/Summary.h"
@@ -46,10 +47,11 @@ class CConditionCommand : public CCommand {
   CString file_;
   CString field_;
   CString rules_;
-  CString target_;
+  CsvTarget target_;
   CString savedRules_;
   std::vector<CString> operators_;
   bool json_ = false;
+  bool force_ = false;
   ReaderOptions reader_;
 };
 
@@ -62,16 +64,18 @@ void CConditionCommand::AddOptions(CLI::App& app) {
                  "lists them")
       ->type_name("NAME[=VALUE]")
       ->allow_extra_args(false);
-  app.add_option("-o,--output", target_,
+  app.add_option("-o,--output", target_.file,
                  "the file that gets the table with the conditioned column; '-' is standard output")
       ->type_name("OUT.csv");
   app.add_option("--save-rules", savedRules_, "the file that gets the rules and operators")->type_name("FILE.dcf");
   app.add_flag("--json", json_, "print JSON, with all digits");
+  AddFormulaFlag(app, target_);
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
 CString CConditionCommand::CheckOptions() const {
-  if (json_ && target_ == "-") return "-o - and --json both write to standard output";
+  if (json_ && target_.file == "-") return "-o - and --json both write to standard output";
   CStats_Conditioning chain;
   for (const auto& text : operators_) {
     const CString sentence = AddOperatorArgument(text, chain);
@@ -83,7 +87,7 @@ CString CConditionCommand::CheckOptions() const {
 bool CConditionCommand::LoadRules(CStats_Conditioning& rules, std::ostream& err) const {
   CString error;
   if (!rules_.empty() && !LoadConditioning(rules_, rules, error)) {
-    err << error << "\n";
+    Say(err, OnOneLine(error));
     return false;
   }
   if (!operators_.empty()) {
@@ -92,7 +96,7 @@ bool CConditionCommand::LoadRules(CStats_Conditioning& rules, std::ostream& err)
   }
   for (const auto& text : operators_) AddOperatorArgument(text, rules);
   const CString sentence = rules.IsOperatorsUsed() ? CheckOperators(rules) : CString();
-  if (!sentence.empty()) err << rules_ << ": " << sentence << "\n";
+  if (!sentence.empty()) Say(err, rules_ + ": " + sentence);
   return sentence.empty();
 }
 
@@ -100,17 +104,18 @@ bool CConditionCommand::Suits(const CHostColumn& column, CStats_Conditioning& ru
   const CString holds = column.name + " holds " + (column.IsText() ? "texts" : "numbers");
   if (rules_.empty() && column.IsText()) rules.DefineString(0);
   if (rules.IsString() != column.IsText()) {
-    err << holds << ", but " << rules_ << " is for " << (column.IsText() ? "numbers" : "texts") << ".\n";
+    Say(err, holds + ", but " + rules_ + " is for " + (column.IsText() ? "numbers" : "texts") + ".");
     return false;
   }
   if (column.IsText() && rules.IsOperatorsUsed() && rules.GetOperatorCount() > 0) {
-    err << holds << ": operators work on numbers.\n";
+    Say(err, holds + ": operators work on numbers.");
     return false;
   }
   return true;
 }
 
 int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
+  if (!MayWrite({{file_, rules_}, {target_.file, savedRules_}}, force_, err)) return kExitBadInput;
   CStats_Conditioning rules;
   if (!LoadRules(rules, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(file_, reader_, err);
@@ -118,13 +123,13 @@ int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
   auto& table = *opened.table;
   const int dim = FindDimForCommand(table, file_, field_, err);
   if (dim == CHostTable::kNoDim || !Suits(table.GetColumn(dim), rules, err)) return kExitBadInput;
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   Conditioned done;
   done.before = Summarise(table, dim, Quantiles::kBinned);
-  done.counts = ConditionColumn(rules, table.GetSize(), table.ChangeColumn(dim));
+  table.ChangeColumn(dim, [&](CHostColumn& column) { done.counts = ConditionColumn(rules, table.GetSize(), column); });
   done.after = Summarise(table, dim, Quantiles::kBinned);
   if (!Write(table, rules, out, err)) return kExitBadInput;
-  if (target_ != "-") PrintReport(rules, done, out);
+  if (target_.file != "-") PrintReport(rules, done, out);
   return kExitDone;
 }
 
@@ -132,10 +137,10 @@ bool CConditionCommand::Write(CHostTable& table, const CStats_Conditioning& rule
                               std::ostream& err) const {
   CString error;
   if (!savedRules_.empty() && !SaveConditioning(savedRules_, rules, error)) {
-    err << error << "\n";
+    Say(err, OnOneLine(error));
     return false;
   }
-  if (target_.empty()) return true;
+  if (target_.file.empty()) return true;
   std::vector<int> stations(static_cast<std::size_t>(table.GetSize()));
   std::iota(stations.begin(), stations.end(), 0);
   return WriteForCommand(table, stations, target_, out, err);
@@ -171,7 +176,7 @@ void CConditionCommand::PrintReport(const CStats_Conditioning& rules, const Cond
 }
 
 void CConditionCommand::PrintText(const CStats_Conditioning& rules, const Conditioned& done, std::ostream& out) const {
-  out << file_ << ": " << field_ << ", " << Counted(done.before.total, "station", "stations") << "\n\n";
+  out << Shown(file_) << ": " << Shown(field_) << ", " << Counted(done.before.total, "station", "stations") << "\n\n";
   CTextGrid grid;
   for (const auto& row : GetRuleCountRows()) grid.AddRow({row.caption, std::to_string(done.counts.*row.count)});
   grid.Print(out, "");

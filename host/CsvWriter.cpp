@@ -3,6 +3,7 @@
 
 #include <charconv>
 
+#include "host/Labels.h"
 #include "host/NullRules.h"
 
 namespace tallyscope {
@@ -22,7 +23,15 @@ bool NeedsQuotes(std::string_view text) {
   return CNullRules().Classify(text, value) != CellKind::kText;
 }
 
-void AppendText(CString& line, std::string_view text) {
+bool IsFormula(std::string_view text) {
+  if (text.empty() || std::string_view("=+@-\t\r\n").find(text.front()) == std::string_view::npos) return false;
+  double value = 0;
+  return text.front() != '-' || CNullRules().Classify(text, value) == CellKind::kText;
+}
+
+void AppendText(CString& line, std::string_view text, Formulas formulas) {
+  if (formulas == Formulas::kGuarded && IsFormula(text))
+    return AppendText(line, CString("'").append(text), Formulas::kKept);
   if (!NeedsQuotes(text)) {
     line += text;
     return;
@@ -37,11 +46,12 @@ void AppendNumber(CString& line, double value) {
   line.append(text, std::to_chars(text, text + sizeof text, value).ptr);
 }
 
-void AppendCell(CString& line, const CHostColumn& column, std::size_t row) {
+void AppendCell(CString& line, const CHostColumn& column, std::size_t row, Formulas formulas) {
   if (!column.IsValid(row)) return;
   const double value = column.GetValues()[row];
   if (column.IsText()) {
-    AppendText(line, column.labels[static_cast<std::size_t>(value) - 1]);
+    const auto label = FindLabel(value, column.labels.size());
+    if (label) AppendText(line, column.labels[*label], formulas);
   } else {
     AppendNumber(line, value);
   }
@@ -49,11 +59,11 @@ void AppendCell(CString& line, const CHostColumn& column, std::size_t row) {
 
 }  // namespace
 
-bool WriteCsv(const CHostTable& table, const std::vector<int>& stations, const TextTarget& target) {
+bool WriteCsv(const CHostTable& table, const std::vector<int>& stations, Formulas formulas, const TextTarget& target) {
   CString line;
   for (const auto& column : table.GetFileColumns()) {
     if (&column != &table.GetFileColumns().front()) line += ',';
-    AppendText(line, column.name);
+    AppendText(line, column.name, formulas);
   }
   line += '\n';
   if (!target(line)) return false;
@@ -61,7 +71,7 @@ bool WriteCsv(const CHostTable& table, const std::vector<int>& stations, const T
     line.clear();
     for (const auto& column : table.GetFileColumns()) {
       if (&column != &table.GetFileColumns().front()) line += ',';
-      AppendCell(line, column, static_cast<std::size_t>(station));
+      AppendCell(line, column, static_cast<std::size_t>(station), formulas);
     }
     if (line.empty()) line = kEmptyText;  // a blank line would be no row
     line += '\n';

@@ -8,6 +8,7 @@
 #include "host/NumberScan.h"
 #include "host/TextCells.h"
 #include "host/TextEncoding.h"
+#include "host/TextSource.h"
 
 namespace tallyscope {
 
@@ -18,27 +19,27 @@ namespace {
 constexpr double kTrimmingLimit = 1e21;
 constexpr std::size_t kMaxLine = 4096;
 
-// Takes lines off a text. A line too long for a head ends it.
+// Takes lines off a text, from byte `at` on. A line too long for a head ends it.
 class CHeadLines {
  public:
-  explicit CHeadLines(std::string_view text) : text_(text) {}
+  CHeadLines(CTextSource& source, std::size_t from) : at(from), source_(source) {}
 
-  std::size_t at = 0;
+  std::size_t at;
   long line = 1;
 
+  // Stays until the next one.
   std::optional<std::string_view> Next() {
-    if (at >= text_.size()) return std::nullopt;
-    const auto head = text_.substr(at, kMaxLine);
+    const auto head = source_.Look(at, kMaxLine + 1).substr(0, kMaxLine + 1);
     const auto length = std::min(head.find_first_of("\r\n"), head.size());
-    if (length == kMaxLine) return std::nullopt;
+    if (head.empty() || length >= kMaxLine) return std::nullopt;
     at += length;
-    if (at < text_.size()) at += text_[at] == '\r' && at + 1 < text_.size() && text_[at + 1] == '\n' ? 2 : 1;
+    if (length < head.size()) at += head[length] == '\r' && head.substr(length + 1).starts_with('\n') ? 2 : 1;
     ++line;
     return TrimBlanks(head.substr(0, length));
   }
 
  private:
-  std::string_view text_;
+  CTextSource& source_;
 };
 
 struct Words {
@@ -71,8 +72,8 @@ std::optional<std::size_t> ReadCount(std::string_view line) {
 
 }  // namespace
 
-std::optional<TextLayout> ReadGeoEasHead(std::string_view text) {
-  CHeadLines lines(text);
+std::optional<TextLayout> ReadGeoEasHead(CTextSource& source, std::size_t at) {
+  CHeadLines lines(source, at);
   if (!lines.Next()) return std::nullopt;
   const auto second = lines.Next();
   const auto count = second ? ReadCount(*second) : std::nullopt;
@@ -89,6 +90,7 @@ std::optional<TextLayout> ReadGeoEasHead(std::string_view text) {
   layout.at = lines.at;
   layout.line = lines.line;
   layout.nullSize = kTrimmingLimit;
+  layout.format = "GeoEAS";
   const auto first = lines.Next();
   // A text of one column may look like this so far, but its rows then hold no numbers.
   if (first && CountWords(*first).numbers == 0) return std::nullopt;

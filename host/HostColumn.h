@@ -28,10 +28,11 @@ struct ColumnCounts {
 class CHostColumn {
  public:
   CString name;
+  bool holdsTexts = false;      // stays, also when no label is left
   std::vector<CString> labels;  // labels[code - 1]; empty for a column of numbers
   ColumnCounts counts;
 
-  bool IsText() const { return !labels.empty(); }
+  bool IsText() const { return holdsTexts; }
 
   // Room for `rows` values. Values that were there stay, new ones are unset and valid. Throws bad_alloc.
   void Reserve(std::size_t rows);

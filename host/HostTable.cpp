@@ -13,7 +13,7 @@ CHostTable::CHostTable(std::vector<CHostColumn> columns, int stations)
 }
 
 void CHostTable::SetAxes(std::span<const int> columns) {
-  ClearSort();
+  DataChanged();
   axes_ = static_cast<int>(columns.size());
   dims_.clear();
   for (const int column : columns) dims_.push_back(&columns_[static_cast<std::size_t>(column)]);
@@ -36,10 +36,17 @@ int CHostTable::FindDim(const CString& name) const {
   return kNoDim;
 }
 
-CHostColumn& CHostTable::ChangeColumn(int dim) {
+void CHostTable::DataChanged() {
   ClearSort();
   DestroyPointSearch();
-  return columns_[static_cast<std::size_t>(&GetColumn(dim) - columns_.data())];
+}
+
+void CHostTable::ChangeColumn(int dim, const std::function<void(CHostColumn&)>& change) {
+  struct Forgetting {
+    CHostTable& table;
+    ~Forgetting() { table.DataChanged(); }
+  } const forgetting{*this};
+  change(columns_[static_cast<std::size_t>(&GetColumn(dim) - columns_.data())]);
 }
 
 double CHostTable::GetValue(int field, int station) {

@@ -28,4 +28,9 @@ void CLabels::Clear() {
   last_ = 0;
 }
 
+std::optional<std::size_t> FindLabel(double code, std::size_t labels) {
+  if (!(code >= 1) || !(code < static_cast<double>(labels) + 1)) return std::nullopt;
+  return static_cast<std::size_t>(code) - 1;
+}
+
 }  // namespace tallyscope

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <deque>
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -15,7 +17,7 @@ class CLabels {
  public:
   int GetCode(std::string_view text);
   bool IsEmpty() const { return texts_.empty(); }
-  const CString& GetText(int code) const { return texts_[static_cast<std::size_t>(code) - 1]; }
+  const CString& GetText(int code) const { return texts_[static_cast<std::size_t>(code) - 1]; }  // of a code it gave
   std::vector<CString> TakeTexts();
   void Clear();
 
@@ -24,5 +26,8 @@ class CLabels {
   std::unordered_map<std::string_view, int> codes_;
   int last_ = 0;  // neighbours are often equal
 };
+
+// The place of a code among so many labels, code - 1. Nothing for a number that is no code of theirs.
+std::optional<std::size_t> FindLabel(double code, std::size_t labels);
 
 }  // namespace tallyscope

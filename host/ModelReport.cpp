@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "host/ModelReport.h"
 
-#include <algorithm>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
 #include "files/NumberText.h"
+#include "host/Sentences.h"
 #include "host/TextGrid.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
@@ -77,17 +77,20 @@ nlohmann::ordered_json DescribeModel(const CStats_ModelVariogram& model) {
           {"dimension", model.dimension}};
 }
 
-CString OnOneLine(CString message) {
-  std::replace(message.begin(), message.end(), '\n', ' ');
-  return message;
-}
-
 bool ReadModelForCommand(const CString& file, int dimension, CStats_ModelVariogram& model, std::ostream& err) {
+  ModelFileLines lines;
   CString error;
-  if (!LoadFromFile(model, file, error)) {
-    err << OnOneLine(error) << "\n";
+  if (!LoadFromFile(model, file, lines, error)) {
+    Say(err, OnOneLine(error));
     return false;
   }
+  const CString oddLine = file + ", line " + std::to_string(lines.firstOdd) + ": " + Quoted(lines.oddText);
+  if (lines.good == 0) {
+    Say(err, (lines.firstOdd > 0 ? oddLine + " is no line of a model variogram; " : file + " is no model variogram; ") +
+                 "'Model Begin', 'IsotropicNugget = NUMBER' or 'Nest Begin' was expected.");
+    return false;
+  }
+  if (lines.firstOdd > 0) Say(err, oddLine + " says nothing to a model variogram and is skipped.");
   model.Update(dimension);
   return true;
 }

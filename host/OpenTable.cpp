@@ -4,25 +4,14 @@
 #include <new>
 
 #include "host/AxisGuess.h"
-#include "host/GeoEas.h"
+#include "host/TableBuilder.h"
+#include "host/TableFormats.h"
 #include "host/TextSource.h"
+#include "statistics/ProgressSink.h"
 
 namespace tallyscope {
 
 namespace {
-
-// A sentence for content that is no text at all; empty for what may be one.
-CString RefuseBinary(std::string_view text, const CString& file) {
-  const auto head = text.substr(0, std::size_t{64} << 10);
-  if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF")) {
-    return file + " is UTF-16 text, which isn't read: save it as UTF-8.";
-  }
-  if (head.starts_with("PK\x03\x04"))
-    return file + " is a ZIP archive or an office document: save the table as CSV text.";
-  const auto zero = head.find('\0');
-  if (zero == std::string_view::npos) return {};
-  return file + " is no text file: byte " + std::to_string(zero + 1) + " is zero.";
-}
 
 void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& opened) {
   const AxisChoice choice = ChooseAxes(*opened.table, file, options);
@@ -35,23 +24,37 @@ void GiveAxes(const CString& file, const ReaderOptions& options, OpenedTable& op
   opened.axes = choice.description;
 }
 
+OpenedTable ReadSource(CTextSource& source, const CString& file, const ReaderOptions& options,
+                       CProgressSink* progress) {
+  if (progress != nullptr) progress->SetTask("Reading the table", 0);
+  const auto reader = FindTableFormat(source).open(source, file, options);
+  OpenedTable opened;
+  LayerStart start;
+  if (!reader->Start(0, start)) {
+    opened.error = reader->GetError();
+    return opened;
+  }
+  CTableBuilder builder(start.names, start.rules, options.censored);
+  builder.Expect(start.rows);
+  const RowsEnd end = reader->Fill(builder, progress);
+  if (end == RowsEnd::kFault) opened.error = reader->GetError();
+  if (end != RowsEnd::kDone) return opened;
+  opened.format = reader->DescribeFormat();
+  opened.warnings = reader->GetWarnings();
+  const auto stations = static_cast<int>(builder.GetRowCount());
+  opened.table = std::make_unique<CHostTable>(builder.Finish(opened.warnings), stations);
+  return opened;
+}
+
 OpenedTable OpenSource(CTextSource& source, const CString& file, const ReaderOptions& options,
                        CProgressSink* progress) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  const auto text = source.GetText();
-  OpenedTable opened;
-  opened.error = RefuseBinary(text, file);
-  if (!opened.error.empty()) return opened;
-  TextLayout layout;
-  layout.at = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
-  const auto head = ReadGeoEasHead(text.substr(layout.at));
-  if (head) {
-    const std::size_t mark = layout.at;
-    layout = *head;
-    layout.at += mark;
+  OpenedTable opened = ReadSource(source, file, options, progress);
+  const bool cancelled = !opened.table && opened.error.empty();
+  // Whatever was found in a file that changed meanwhile, or couldn't be read to its end, is of no account.
+  if (!cancelled && !source.IsUnchanged()) {
+    opened = {};
+    opened.error = source.GetFailure(file);
   }
-  opened = ReadTextTable(source, file, options, layout, progress);
-  if (head) opened.format = "GeoEAS";
   if (opened.table) GiveAxes(file, options, opened);
   return opened;
 }

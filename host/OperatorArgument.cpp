@@ -6,18 +6,13 @@
 
 #include "host/NumberScan.h"
 #include "host/Sentences.h"
+#include "platform/core/Blanks.h"
 
 namespace tallyscope {
 
 namespace {
 
 using Op = CStats_Operator;
-
-std::string_view Trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 bool IsWholeNumber(std::string_view text) {
   int value = 0;
@@ -56,14 +51,14 @@ CString CheckOperator(const CStats_Operator& step) {
 
 CString AddOperatorArgument(const CString& text, CStats_Conditioning& rules) {
   const auto sign = text.find('=');
-  const CString name(Trimmed(std::string_view(text).substr(0, sign)));
+  const CString name(TrimBlanks(std::string_view(text).substr(0, sign)));
   const auto type = Op::GetOperatorTypeFromName(name);
   if (type == Op::kNone) return DescribeUnknown(name);
   CString value;
   Op::GetOperatorParamDefaultValue(type, value);
   if (sign != CString::npos) {
     if (Op::GetOperatorHasParam(type) == 0) return Op::GetOperatorName(type) + " takes no value.";
-    value = Trimmed(std::string_view(text).substr(sign + 1));
+    value = TrimBlanks(std::string_view(text).substr(sign + 1));
     const CString sentence = CheckValue(type, value);
     if (!sentence.empty()) return sentence;
   }

@@ -2,10 +2,12 @@
 #include "host/PictureWalk.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QComboBox>
 #include <QDir>
 #include <QPixmap>
 
+#include "platform/core/AtomicFile.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_BaseTS.h"
@@ -20,8 +22,15 @@ QString MakeFileName(const QString& mode, const QString& page) {
 
 bool SavePicture(CDlg_Tallyscope& workbench, const QString& path, CString& error) {
   QApplication::processEvents();
-  if (workbench.grab().save(path)) return true;
-  error = "The picture " + FromQString(path) + " could not be written.";
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  if (!workbench.grab().save(&buffer, "PNG")) {
+    error = "The picture " + FromQString(path) + " could not be made.";
+    return false;
+  }
+  CAtomicFile file(FromQString(path));
+  if (file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())}) && file.Commit()) return true;
+  error = file.GetError();
   return false;
 }
 

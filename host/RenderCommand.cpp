@@ -7,8 +7,10 @@
 #include "host/Choice.h"
 #include "host/Command.h"
 #include "host/CommandTable.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/RenderRequest.h"
+#include "host/Sentences.h"
 
 namespace tallyscope {
 
@@ -31,6 +33,7 @@ class CRenderCommand : public CCommand {
   CString field2_;
   CString colour_;
   CString size_;
+  bool force_ = false;
   ReaderOptions reader_;
 };
 
@@ -64,6 +67,7 @@ void CRenderCommand::AddOptions(CLI::App& app) {
   app.add_option("-o,--output", request_.target, "the picture: a .png, .svg or .pdf file")
       ->required()
       ->type_name("OUT.png|svg|pdf");
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
@@ -94,23 +98,24 @@ bool CRenderCommand::FindFields(CHostTable& table, std::ostream& err) {
   if (!find(field2_, second, request_.field2)) return false;
   if (!find(colour_, request_.colour, request_.colour) || !find(size_, request_.size, request_.size)) return false;
   if (request_.page == RenderPage::kMap && table.GetSpatialSize() < 2) {
-    err << request_.file << " has no two axes for a map; name them by --x and --y.\n";
+    Say(err, request_.file + " has no two axes for a map; name them by --x and --y.");
     return false;
   }
   const int least = table.GetSpatialSize() > 0 ? -table.GetSpatialSize() : 0;
   if (std::min(request_.field, request_.page == RenderPage::kBiScatter ? request_.field2 : 0) < least ||
       (fields == 0 && table.GetSpatialSize() == 0)) {
-    err << request_.file << " has too few columns of numbers for this plot.\n";
+    Say(err, request_.file + " has too few columns of numbers for this plot.");
     return false;
   }
   return true;
 }
 
 int CRenderCommand::Run(std::ostream&, std::ostream& err) {
+  if (!MayWrite({{request_.file}, {request_.target}}, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(request_.file, reader_, err);
   if (!opened.table) return kExitBadInput;
   if (!FindFields(*opened.table, err)) return kExitBadInput;
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   return RunRender(*opened.table, request_, err);
 }
 

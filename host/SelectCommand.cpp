@@ -5,6 +5,7 @@
 
 #include "host/Command.h"
 #include "host/CommandTable.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/SelectionPlan.h"
 #include "host/Sentences.h"
@@ -32,9 +33,10 @@ class CSelectCommand : public CCommand {
   void PrintSummary(CHostTable& table, CStats_Spatial& spatial, std::ostream& out) const;
 
   CString file_;
-  CString target_;
+  CsvTarget target_;
   bool summary_ = false;
   bool json_ = false;
+  bool force_ = false;
   bool takes_ = true;  // what the options at hand do, while they are parsed
   CSelectionPlan plan_;
   ReaderOptions reader_;
@@ -43,10 +45,12 @@ class CSelectCommand : public CCommand {
 void CSelectCommand::AddOptions(CLI::App& app) {
   app.add_option("FILE", file_, "the table; '-' is standard input")->required();
   AddSteps(app);
-  app.add_option("-o,--output", target_, "the file that gets the selected stations; '-' is standard output")
+  app.add_option("-o,--output", target_.file, "the file that gets the selected stations; '-' is standard output")
       ->type_name("OUT.csv");
   app.add_flag("--summary", summary_, "print the figures of the selected stations");
   app.add_flag("--json", json_, "print the summary as JSON, with all digits");
+  AddFormulaFlag(app, target_);
+  AddForceFlag(app, force_);
   AddReaderFlags(app, reader_);
 }
 
@@ -61,7 +65,7 @@ void CSelectCommand::AddSteps(CLI::App& app) {
   static constexpr Row kRows[] = {
       {"where", "'FIELD in LOW..HIGH'", SelectionStep::kWhere, "stations with a value from LOW to HIGH"},
       {"inside", "POLYGON.csv", SelectionStep::kInside, "stations inside a polygon, its corners one a row"},
-      {"rows", "A..B", SelectionStep::kRows, "stations by row, the first being 1"},
+      {"rows", "A..B[,C...]", SelectionStep::kRows, "stations by row, the first being 1"},
   };
   const CString group = "Selecting, step by step";
   const auto addStep = [&](const CString& name, const Row& row, bool excludes) {
@@ -88,14 +92,17 @@ void CSelectCommand::AddSteps(CLI::App& app) {
 
 CString CSelectCommand::CheckOptions() const {
   if (plan_.IsEmpty()) return "Say what to select: --where, --inside, --rows or --invert";
-  if (target_.empty() && !summary_) return "Say what to do with the selected stations: -o OUT.csv or --summary";
-  if (target_ == "-" && summary_) return "-o - and --summary both write to standard output";
+  if (target_.file.empty() && !summary_) return "Say what to do with the selected stations: -o OUT.csv or --summary";
+  if (target_.file == "-" && summary_) return "-o - and --summary both write to standard output";
   if (json_ && !summary_) return "--json goes with --summary";
   const CString sentence = plan_.Check();
   return sentence.empty() ? CheckReaderFlags(reader_) : sentence;
 }
 
 int CSelectCommand::Run(std::ostream& out, std::ostream& err) {
+  CommandFiles files{{file_}, {target_.file}};
+  for (const auto& polygon : plan_.GetFiles()) files.reads.push_back(polygon);
+  if (!MayWrite(files, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(file_, reader_, err);
   if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;
@@ -103,35 +110,29 @@ int CSelectCommand::Run(std::ostream& out, std::ostream& err) {
   spatial.Add(&table, table.GetValueSize() > 0 ? 0 : -1);
   spatial.ResetSpatialDims();
   if (!plan_.Build(table, file_, spatial, err)) return kExitBadInput;
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(err, warning);
   spatial.extractFlags = kExtract;
   {
     CTerminalProgress progress(err);
     if (!spatial.Calculate(1, &progress)) {
-      err << "The stations of " << file_ << " cannot be searched by their places.\n";
+      Say(err, "The stations of " + file_ + " cannot be searched by their places.");
       return kExitBadInput;
     }
   }
-  if (!target_.empty() && !WriteForCommand(table, spatial.lists.front(), target_, out, err)) return kExitBadInput;
+  if (!target_.file.empty() && !WriteForCommand(table, spatial.lists.front(), target_, out, err)) return kExitBadInput;
   if (summary_) PrintSummary(table, spatial, out);
   return kExitDone;
 }
 
 void CSelectCommand::PrintSummary(CHostTable& table, CStats_Spatial& spatial, std::ostream& out) const {
   CStats_Region region(&spatial);
-  std::vector<ColumnSummary> columns;
-  for (int axis = 1; axis <= region.GetSpatialSize(); ++axis) {
-    columns.push_back(Summarise(region, -axis, Quantiles::kBinned));
-  }
-  for (int field = 0; field < region.GetValueSize(); ++field) {
-    columns.push_back(Summarise(region, field, Quantiles::kBinned));
-  }
+  const auto columns = Summarise(region, GetDims(region), Quantiles::kBinned);
   if (json_) {
     PrintJson(file_, region, columns, out);
     return;
   }
-  out << file_ << ": " << std::to_string(region.GetSize()) << " of " << Counted(table.GetSize(), "station", "stations")
-      << " selected\n\n";
+  out << Shown(file_) << ": " << std::to_string(region.GetSize()) << " of "
+      << Counted(table.GetSize(), "station", "stations") << " selected\n\n";
   PrintOverview(table, columns, out);
 }
 

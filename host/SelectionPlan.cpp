@@ -10,6 +10,7 @@
 
 #include "host/CommandTable.h"
 #include "host/Sentences.h"
+#include "platform/core/Blanks.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_RgnDataRange.h"
 #include "statistics/Stats_RgnIndexRange.h"
@@ -25,16 +26,10 @@ constexpr std::string_view kTo = "..";
 constexpr std::string_view kIn = " in ";
 constexpr int kCorners = 3;
 
-std::string_view Trimmed(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 // A whole number text, blanks around it aside; nothing leaves `value` as it is.
 template <class Number>
 bool ParseEnd(std::string_view text, Number& value) {
-  text = Trimmed(text);
+  text = TrimBlanks(text);
   if (text.empty()) return true;
   if (text.front() == '+') text.remove_prefix(1);
   Number read{};
@@ -63,14 +58,19 @@ bool ParseEnds(std::string_view text, Number& low, Number& high) {
 bool ParseWhere(const CString& text, CString& field, double& low, double& high) {
   const auto at = text.rfind(kIn);
   if (at == CString::npos) return false;
-  field = Trimmed(std::string_view(text).substr(0, at));
+  field = TrimBlanks(std::string_view(text).substr(0, at));
   return !field.empty() && ParseRange(text.substr(at + kIn.size()), low, high);
 }
 
+// "A..B", or the number of one row.
 bool ParseRows(const CString& text, int& first, int& last) {
   first = 1;
   last = std::numeric_limits<int>::max();
-  return ParseEnds(text, first, last) && first >= 1;
+  if (text.find(kTo) != CString::npos) return ParseEnds(text, first, last) && first >= 1;
+  first = 0;
+  const bool isNumber = ParseEnd(text, first);
+  last = first;
+  return isNumber && first >= 1;
 }
 
 std::unique_ptr<CStats_Rgn> MakeWhere(const CString& text, const CHostTable& table, const CString& file,
@@ -94,7 +94,7 @@ std::unique_ptr<CStats_Rgn> MakeRows(const CString& text, CHostTable& table, con
   ParseRows(text, first, last);
   // The region would bring both ends into the table and take its last row.
   if (first > table.GetSize()) {
-    err << file << " has only " << Counted(table.GetSize(), "row", "rows") << ", none in " << text << "\n";
+    Say(err, file + " has only " + Counted(table.GetSize(), "row", "rows") + ", none in " + text + ".");
     return nullptr;
   }
   auto region = std::make_unique<CStats_RgnIndexRange>();
@@ -118,17 +118,17 @@ bool ReadCorners(const CString& file, std::vector<Point3>& corners, std::ostream
   if (!opened.table) return false;
   const auto columns = FindCornerColumns(*opened.table);
   if (columns.size() < 2) {
-    err << file << " is no polygon: it needs two columns of numbers.\n";
+    Say(err, file + " is no polygon: it needs two columns of numbers.");
     return false;
   }
   if (opened.table->GetSize() < kCorners) {
-    err << file << " is no polygon: it has " << Counted(opened.table->GetSize(), "corner", "corners")
-        << ", and three are needed.\n";
+    Say(err, file + " is no polygon: it has " + Counted(opened.table->GetSize(), "corner", "corners") +
+                 ", and three are needed.");
     return false;
   }
   for (std::size_t row = 0; row < static_cast<std::size_t>(opened.table->GetSize()); ++row) {
     if (!columns[0]->IsValid(row) || !columns[1]->IsValid(row)) {
-      err << file << " is no polygon: corner " << std::to_string(row + 1) << " has no place.\n";
+      Say(err, file + " is no polygon: corner " + std::to_string(row + 1) + " has no place.");
       return false;
     }
     corners.push_back({columns[0]->GetValues()[row], columns[1]->GetValues()[row], 0});
@@ -139,7 +139,7 @@ bool ReadCorners(const CString& file, std::vector<Point3>& corners, std::ostream
 std::unique_ptr<CStats_Rgn> MakeInside(const CString& text, CHostTable& table, const CString& file,
                                        CStats_Spatial& spatial, std::ostream& err) {
   if (table.GetSpatialSize() < 2) {
-    err << file << " has no two axes for the polygon " << text << ": name them with --x and --y.\n";
+    Say(err, file + " has no two axes for the polygon " + text + ": name them with --x and --y.");
     return nullptr;
   }
   auto region = std::make_unique<CStats_RgnPoly>();
@@ -171,6 +171,25 @@ bool ParseRange(const CString& text, double& low, double& high) {
   return ParseEnds(text, low, high);
 }
 
+void CSelectionPlan::Add(SelectionStep::Kind kind, const CString& text, bool takes) {
+  std::size_t from = 0;
+  if (kind == SelectionStep::kRows) {
+    for (auto comma = text.find(','); comma != CString::npos; comma = text.find(',', from)) {
+      steps_.push_back({kind, text.substr(from, comma - from), takes});
+      from = comma + 1;
+    }
+  }
+  steps_.push_back({kind, text.substr(from), takes});
+}
+
+std::vector<CString> CSelectionPlan::GetFiles() const {
+  std::vector<CString> files;
+  for (const auto& step : steps_) {
+    if (step.kind == SelectionStep::kInside) files.push_back(step.text);
+  }
+  return files;
+}
+
 CString CSelectionPlan::Check() const {
   CString field;
   double low = 0;
@@ -182,7 +201,8 @@ CString CSelectionPlan::Check() const {
       return Quoted(step.text) + " is no condition: write it like 'zinc in 200..500', the lower end first";
     }
     if (step.kind == SelectionStep::kRows && !ParseRows(step.text, first, last)) {
-      return Quoted(step.text) + " is no range of rows: write it like 1..50, the first row being 1";
+      return Quoted(step.text) +
+             " is no row and no range of rows: write 3 or 1..50 or both as 3,1..50, the first row being 1";
     }
   }
   return {};

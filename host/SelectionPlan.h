@@ -17,14 +17,17 @@ class CStats_Spatial;
 // Each step becomes the region that the same gesture makes in the window, in the same order.
 struct SelectionStep {
   enum Kind { kWhere, kInside, kRows, kInvert } kind;
-  CString text;       // "FIELD in LOW..HIGH", a polygon's file, "A..B"
+  CString text;       // "FIELD in LOW..HIGH", a polygon's file, "A" or "A..B"
   bool takes = true;  // false: takes stations out
 };
 
 class CSelectionPlan {
  public:
-  void Add(SelectionStep::Kind kind, const CString& text, bool takes) { steps_.push_back({kind, text, takes}); }
+  // Rows may be a list with commas, which makes a step of each.
+  void Add(SelectionStep::Kind kind, const CString& text, bool takes);
   bool IsEmpty() const { return steps_.empty(); }
+
+  std::vector<CString> GetFiles() const;  // the polygons' files
 
   // A sentence on the first step that can't be read; empty when all can.
   CString Check() const;

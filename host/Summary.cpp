@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "files/NumberText.h"
+#include "host/Labels.h"
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
 #include "statistics/Stats_Univariate.h"
@@ -20,7 +21,8 @@ constexpr int kFullDigits = 15;
 std::vector<int> CountLabels(const CHostColumn& column, int stations) {
   std::vector<int> counts(column.labels.size());
   for (std::size_t row = 0; row < static_cast<std::size_t>(stations); ++row) {
-    if (column.IsValid(row)) ++counts[static_cast<std::size_t>(column.GetValues()[row]) - 1];
+    if (!column.IsValid(row)) continue;
+    if (const auto label = FindLabel(column.GetValues()[row], counts.size())) ++counts[*label];
   }
   return counts;
 }
@@ -28,7 +30,7 @@ std::vector<int> CountLabels(const CHostColumn& column, int stations) {
 void PrintLabels(const CHostColumn& column, int stations, std::ostream& out) {
   constexpr std::size_t kShown = 20;
   const auto counts = CountLabels(column, stations);
-  out << column.name << ": text, " << Counted(static_cast<long long>(counts.size()), "label", "labels");
+  out << Shown(column.name) << ": text, " << Counted(static_cast<long long>(counts.size()), "label", "labels");
   for (std::size_t i = 0; i < std::min(counts.size(), kShown); ++i) {
     out << (i == 0 ? ": " : ", ") << std::to_string(i + 1) << " " << Shortened(column.labels[i]) << " ("
         << std::to_string(counts[i]) << ")";
@@ -39,7 +41,7 @@ void PrintLabels(const CHostColumn& column, int stations, std::ostream& out) {
 void PrintLimits(const CHostColumn& column, std::ostream& out) {
   const auto& counts = column.counts;
   if (counts.belowDetection + counts.aboveDetection == 0) return;
-  out << column.name << ": ";
+  out << Shown(column.name) << ": ";
   if (counts.belowDetection > 0) out << Counted(counts.belowDetection, "value", "values") << " below detection";
   if (counts.aboveDetection > 0) {
     out << (counts.belowDetection > 0 ? ", " : "") << Counted(counts.aboveDetection, "value", "values")
@@ -72,7 +74,6 @@ ColumnSummary Summarise(CStats_Data& table, int dim, Quantiles quantiles) {
   CStats_Univariate figures;
   figures.Add(&table, dim);
   figures.Calculate(quantiles == Quantiles::kSorted ? 7 : 11, nullptr);
-  table.ClearSort();
   ColumnSummary summary;
   summary.name = table.GetValueName(dim);
   summary.dim = dim;
@@ -94,16 +95,40 @@ ColumnSummary Summarise(CStats_Data& table, int dim, Quantiles quantiles) {
   return summary;
 }
 
+std::vector<int> GetDims(CStats_Data& table) {
+  std::vector<int> dims;
+  for (int axis = 1; axis <= table.GetSpatialSize(); ++axis) dims.push_back(-axis);
+  for (int field = 0; field < table.GetValueSize(); ++field) dims.push_back(field);
+  return dims;
+}
+
+// Sort tables are let go of together: that touches every column, and is no work to do for each.
+std::vector<ColumnSummary> Summarise(CStats_Data& table, const std::vector<int>& dims, Quantiles quantiles) {
+  constexpr std::size_t kMostSorted = std::size_t{1} << 22;  // stations of all sort tables that are kept
+  std::vector<ColumnSummary> columns;
+  columns.reserve(dims.size());
+  std::size_t sorted = 0;
+  for (const int dim : dims) {
+    columns.push_back(Summarise(table, dim, quantiles));
+    sorted += static_cast<std::size_t>(table.GetSize());
+    if (sorted < kMostSorted) continue;
+    table.ClearSort();
+    sorted = 0;
+  }
+  table.ClearSort();
+  return columns;
+}
+
 void PrintFacts(const CString& file, OpenedTable& opened, std::ostream& out) {
   auto& table = *opened.table;
-  out << file << ": " << Counted(table.GetSize(), "station", "stations") << ", "
+  out << Shown(file) << ": " << Counted(table.GetSize(), "station", "stations") << ", "
       << Counted(table.GetColumnCount(), "column", "columns") << ", " << opened.format << "\n";
-  out << "Axes: " << opened.axes << "\n";
+  Say(out, "Axes: " + opened.axes);
   for (const auto& column : table.GetFileColumns()) PrintLimits(column, out);
   for (const auto& column : table.GetFileColumns()) {
     if (column.IsText()) PrintLabels(column, table.GetSize(), out);
   }
-  for (const auto& warning : opened.warnings) out << warning << "\n";
+  for (const auto& warning : opened.warnings) Say(out, warning);
 }
 
 void PrintOverview(CHostTable& table, const std::vector<ColumnSummary>& columns, std::ostream& out) {

@@ -4,7 +4,7 @@
 #include <iosfwd>
 #include <vector>
 
-#include "host/TextTable.h"
+#include "host/OpenTable.h"
 
 namespace tallyscope {
 
@@ -39,6 +39,9 @@ struct FigureRow {
 const std::vector<FigureRow>& GetFigureRows();  // the doubles, in the order of JSON
 
 ColumnSummary Summarise(CStats_Data& table, int dim, Quantiles quantiles);
+std::vector<ColumnSummary> Summarise(CStats_Data& table, const std::vector<int>& dims, Quantiles quantiles);
+
+std::vector<int> GetDims(CStats_Data& table);  // of all its columns, axes first
 
 // What is told of a table beside its figures: size, axes, nulls of special kinds, labels, warnings.
 void PrintFacts(const CString& file, OpenedTable& opened, std::ostream& out);

@@ -7,6 +7,7 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/ReaderFlags.h"
+#include "host/Sentences.h"
 #include "host/Summary.h"
 
 namespace tallyscope {
@@ -44,11 +45,7 @@ class CSummaryCommand : public CCommand {
 };
 
 bool CSummaryCommand::FindDims(CHostTable& table, std::vector<int>& dims, std::ostream& err) const {
-  const int axes = table.GetSpatialSize();
-  if (fields_.empty()) {
-    for (int axis = 1; axis <= axes; ++axis) dims.push_back(-axis);
-    for (int field = 0; field < table.GetValueSize(); ++field) dims.push_back(field);
-  }
+  if (fields_.empty()) dims = GetDims(table);
   for (const auto& name : fields_) {
     dims.push_back(FindDimForCommand(table, file_, name, err));
     if (dims.back() == CHostTable::kNoDim) return false;
@@ -63,20 +60,17 @@ int CSummaryCommand::Run(std::ostream& out, std::ostream& err) {
   std::vector<int> dims;
   if (!FindDims(table, dims, err)) return kExitBadInput;
   if (quantiles_ == Quantiles::kSorted && !table.CanSort()) {
-    err << file_ << " is too large to sort: take --quantiles binned.\n";
+    Say(err, file_ + " is too large to sort: take --quantiles binned.");
     return kExitBadInput;
   }
-  std::vector<ColumnSummary> columns;
-  columns.reserve(dims.size());
-  for (const int dim : dims) columns.push_back(Summarise(table, dim, quantiles_));
-  Print(opened, columns, out, err);
+  Print(opened, Summarise(table, dims, quantiles_), out, err);
   return kExitDone;
 }
 
 void CSummaryCommand::Print(OpenedTable& opened, const std::vector<ColumnSummary>& columns, std::ostream& out,
                             std::ostream& err) const {
   if (json_) {
-    for (const auto& warning : opened.warnings) err << warning << "\n";
+    for (const auto& warning : opened.warnings) Say(err, warning);
     PrintJson(file_, *opened.table, columns, out);
     return;
   }

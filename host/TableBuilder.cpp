@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/TableBuilder.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <utility>
@@ -48,36 +49,33 @@ void CTableBuilder::PutEmpty(std::size_t column, std::size_t row) {
   ++columns_[column].column.counts.nulls;
 }
 
+// A null keeps a value of its own, as a limit does that is one.
+CTableBuilder::Slot CTableBuilder::MakeSlot(CellKind kind, double value) const {
+  switch (kind) {
+    case CellKind::kNumber:
+      return {value, true};
+    case CellKind::kBelowDetection:
+      return {censored_ == Censored::kHalf ? value / 2 : value, censored_ != Censored::kNull};
+    case CellKind::kAboveDetection:
+      return {value, censored_ != Censored::kNull};
+    default:
+      return {value, false};
+  }
+}
+
 void CTableBuilder::PutCell(std::size_t column, std::size_t row, std::string_view text, long line) {
   auto& building = columns_[column];
   double value = 0;
   const CellKind kind = rules_.Classify(text, value);
-  switch (kind) {
-    case CellKind::kNumber:
-      building.column.GetValues()[row] = value;
-      return;
-    case CellKind::kText:
-      PutText(building, row, text, line);
-      return;
-    case CellKind::kBelowDetection:
-    case CellKind::kAboveDetection:
-      PutLimit(building, row, kind, value);
-      return;
-    case CellKind::kDeclaredNull:
-      ++building.column.counts.declaredNulls;
-      [[fallthrough]];
-    case CellKind::kEmpty:
-      building.column.SetNull(row, value);
-      ++building.column.counts.nulls;
-  }
-}
-
-void CTableBuilder::PutLimit(Building& building, std::size_t row, CellKind kind, double limit) {
-  const bool below = kind == CellKind::kBelowDetection;
-  ++(below ? building.column.counts.belowDetection : building.column.counts.aboveDetection);
-  const bool half = below && censored_ == Censored::kHalf;
-  building.column.GetValues()[row] = half ? limit / 2 : limit;
-  if (censored_ == Censored::kNull) building.column.SetValid(row, false);
+  if (kind == CellKind::kText) return PutText(building, row, text, line);
+  const Slot slot = MakeSlot(kind, value);
+  building.column.GetValues()[row] = slot.value;
+  if (!slot.isValid) building.column.SetValid(row, false);
+  auto& counts = building.column.counts;
+  counts.belowDetection += kind == CellKind::kBelowDetection ? 1 : 0;
+  counts.aboveDetection += kind == CellKind::kAboveDetection ? 1 : 0;
+  counts.declaredNulls += kind == CellKind::kDeclaredNull ? 1 : 0;
+  counts.nulls += kind == CellKind::kDeclaredNull || kind == CellKind::kEmpty ? 1 : 0;
 }
 
 void CTableBuilder::PutText(Building& building, std::size_t row, std::string_view text, long line) {
@@ -105,24 +103,41 @@ std::vector<std::size_t> CTableBuilder::FindColumnsToReread() {
     if (!IsTextColumn(building) || GetNumberCount(building) == 0) continue;
     found.push_back(i);
     building.reread = true;
-    building.labels.Clear();
     building.column.counts = {};
   }
   return found;
 }
 
-void CTableBuilder::PutLabel(std::size_t column, std::size_t row, std::string_view text) {
+bool CTableBuilder::PutLabel(std::size_t column, std::size_t row, std::string_view text) {
+  if (row >= rows_) return false;
   auto& building = columns_[column];
+  const Slot was{building.column.GetValues()[row], building.column.IsValid(row)};
+  const int code = UnboxCode(was.value);
   double value = 0;
-  if (rules_.IsNullText(text)) {
-    building.column.counts.declaredNulls += rules_.Classify(text, value) == CellKind::kDeclaredNull ? 1 : 0;
-    building.column.SetNull(row, value);
-    ++building.column.counts.nulls;
-    return;
+  const CellKind kind = rules_.Classify(text, value);
+  if ((kind == CellKind::kText) != (code > 0)) return false;
+  if (kind == CellKind::kText) {
+    CString converted;
+    if (!IsUtf8(text)) text = converted = Latin1ToUtf8(text);
+    if (building.labels.GetText(code) != text) return false;
+    PutCode(building, row, code);
+    return true;
   }
-  CString converted;
-  if (!IsUtf8(text)) text = converted = Latin1ToUtf8(text);
-  building.column.GetValues()[row] = building.labels.GetCode(text);
+  if (was != MakeSlot(kind, value)) return false;
+  const bool isNull = kind == CellKind::kDeclaredNull || kind == CellKind::kEmpty;
+  building.column.counts.declaredNulls += kind == CellKind::kDeclaredNull ? 1 : 0;
+  building.column.counts.nulls += isNull ? 1 : 0;
+  if (!isNull) PutCode(building, row, building.labels.GetCode(text));
+  return true;
+}
+
+// A label has the code that fits its place among those met in this pass.
+void CTableBuilder::PutCode(Building& building, std::size_t row, int code) {
+  const auto label = static_cast<std::size_t>(code) - 1;
+  if (label >= building.newCodes.size()) building.newCodes.resize(std::max(label + 1, label + label / 2));
+  int& newCode = building.newCodes[label];
+  if (newCode == 0) newCode = ++building.met;
+  building.column.GetValues()[row] = newCode;
   building.column.SetValid(row, true);
 }
 
@@ -134,6 +149,17 @@ void CTableBuilder::FinishTexts(Building& building, bool isText) {
     values[row] = isText ? code : kEmptyCell;
     if (isText) building.column.SetValid(row, true);
   }
+}
+
+// In the order of their codes.
+std::vector<CString> CTableBuilder::TakeLabels(Building& building) {
+  auto texts = building.labels.TakeTexts();
+  if (!building.reread) return texts;
+  std::vector<CString> ordered(texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    ordered[static_cast<std::size_t>(building.newCodes[i]) - 1] = std::move(texts[i]);
+  }
+  return ordered;
 }
 
 void CTableBuilder::WarnOfBadCells(const Building& building, std::vector<CString>& warnings) const {
@@ -151,7 +177,8 @@ std::vector<CHostColumn> CTableBuilder::Finish(std::vector<CString>& warnings) {
     const bool isText = building.reread || IsTextColumn(building);
     if (building.texts > 0 && !building.reread) FinishTexts(building, isText);
     if (isText) {
-      building.column.labels = building.labels.TakeTexts();
+      building.column.holdsTexts = true;
+      building.column.labels = TakeLabels(building);
     } else if (building.texts > 0) {
       building.column.counts.badCells = building.texts;
       WarnOfBadCells(building, warnings);

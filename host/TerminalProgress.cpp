@@ -16,9 +16,8 @@ CTerminalProgress::~CTerminalProgress() {
 }
 
 bool CTerminalProgress::OnProgress(int percent) {
-  constexpr std::chrono::milliseconds kPatience{500};
   constexpr int kBar = 30;
-  if (!isTerminal_ || percent == shown_ || std::chrono::steady_clock::now() - started_ < kPatience) return true;
+  if (!isTerminal_ || percent == shown_ || std::chrono::steady_clock::now() - started_ < patience_) return true;
   shown_ = percent;
   const auto filled = static_cast<std::size_t>(std::clamp(percent, 0, 100) * kBar / 100);
   err_ << "\r\033[K" << task_ << " [" << CString(filled, '#') << CString(kBar - filled, '.') << "] " << percent << " %"

@@ -14,7 +14,8 @@ namespace tallyscope {
 class CTerminalProgress : public CProgressSink {
  public:
   explicit CTerminalProgress(std::ostream& err);
-  CTerminalProgress(std::ostream& err, bool isTerminal) : err_(err), isTerminal_(isTerminal) {}
+  CTerminalProgress(std::ostream& err, bool isTerminal, std::chrono::milliseconds patience = kPatience)
+      : err_(err), isTerminal_(isTerminal), patience_(patience) {}
   CTerminalProgress(const CTerminalProgress&) = delete;
   CTerminalProgress& operator=(const CTerminalProgress&) = delete;
   ~CTerminalProgress() override;
@@ -23,8 +24,11 @@ class CTerminalProgress : public CProgressSink {
   void SetTask(const char* text, int reserved) override;
 
  private:
+  static constexpr std::chrono::milliseconds kPatience{500};
+
   std::ostream& err_;
   bool isTerminal_;
+  std::chrono::milliseconds patience_;  // until the bar shows
   CString task_;
   int shown_ = -1;  // percent on the bar
   std::chrono::steady_clock::time_point started_ = std::chrono::steady_clock::now();

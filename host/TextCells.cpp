@@ -3,19 +3,42 @@
 
 #include <algorithm>
 
+#include "host/TextSource.h"
+
 namespace tallyscope {
 
-std::string_view TrimBlanks(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
+void CTextCells::GoTo(std::size_t position, long itsLine) {
+  text_ = source_->Look(position, CTextSource::kWindow);
+  base_ = position;
+  at = 0;
+  line = itsLine;
+}
+
+bool CTextCells::More(std::size_t from) {
+  const std::size_t inSight = text_.size() - from;
+  if (source_ == nullptr || cutShort_ || base_ + text_.size() == source_->GetSize()) return false;
+  text_ = source_->Look(base_ + from, std::max(CTextSource::kWindow, 2 * inSight));
+  base_ += from;
+  at = 0;
+  cutShort_ = text_.size() <= inSight;
+  return true;
+}
+
+bool CTextCells::AtEnd() {
+  while (at >= text_.size()) {
+    if (!More(at)) return true;
+  }
+  return false;
 }
 
 bool CTextCells::SkipBlankLine() {
-  const std::size_t last = std::min(text_.size(), at + kMaxCell);
-  std::size_t i = at;
-  // A line of tabs in a text with tabs is a row of empty cells.
-  while (i < last && (text_[i] == ' ' || (text_[i] == '\t' && delimiter_ != '\t'))) ++i;
+  std::size_t i = 0;
+  do {
+    const std::size_t last = std::min(text_.size(), at + kMaxCell);
+    i = at;
+    // A line of tabs in a text with tabs is a row of empty cells.
+    while (i < last && (text_[i] == ' ' || (text_[i] == '\t' && delimiter_ != '\t'))) ++i;
+  } while (i + 1 >= text_.size() && More(at));
   if (i == text_.size() && i > at) {
     at = i;
     return true;
@@ -33,6 +56,17 @@ bool CTextCells::SkipBlanks() {
 }
 
 CellFault CTextCells::Next(TextCell& cell) {
+  for (;;) {
+    const std::size_t first = at;
+    const long firstLine = line;
+    const CellFault fault = NextInSight(cell);
+    const bool mayGoOn = at >= text_.size() || fault == CellFault::kOpenQuote;
+    if (!mayGoOn || !More(first)) return fault;
+    line = firstLine;
+  }
+}
+
+CellFault CTextCells::NextInSight(TextCell& cell) {
   if (!SkipBlanks()) return CellFault::kTooLong;
   cell.quoted = at < text_.size() && text_[at] == '"';
   const CellFault fault = cell.quoted ? NextQuoted(cell) : NextPlain(cell);

@@ -7,6 +7,7 @@
 
 #include "host/NullRules.h"
 #include "host/TextCells.h"
+#include "host/TextSource.h"
 #include "host/TextTable.h"
 
 namespace tallyscope {
@@ -31,14 +32,12 @@ struct Candidate {
 };
 
 // 64 kB, or more where the first lines are so long that hardly any fits.
-std::string_view TakeSample(std::string_view text) {
-  std::size_t bytes = std::min(text.size(), kSampleBytes);
-  while (bytes < std::min(text.size(), kSampleLimit)) {
-    const auto sample = text.substr(0, bytes);
-    if (std::count_if(sample.begin(), sample.end(), IsLineEnd) >= 4) break;
-    bytes = std::min({bytes * 4, text.size(), kSampleLimit});
+std::string_view TakeSample(CTextSource& source, std::size_t at) {
+  for (std::size_t bytes = kSampleBytes;; bytes *= 4) {
+    const auto sample = source.Look(at, bytes).substr(0, bytes);
+    if (sample.size() < bytes || bytes >= kSampleLimit || std::count_if(sample.begin(), sample.end(), IsLineEnd) >= 4)
+      return sample;
   }
-  return text.substr(0, bytes);
 }
 
 // The rows of the sample. One that the sample cuts is left out, and what comes behind a fault.
@@ -157,9 +156,9 @@ Candidate Judge(std::string_view sample, bool cut, char delimiter, const ReaderO
 
 }  // namespace
 
-TextDialect GuessDialect(std::string_view text, const ReaderOptions& options) {
-  const auto sample = TakeSample(text);
-  const bool cut = sample.size() < text.size();
+TextDialect GuessDialect(CTextSource& source, std::size_t at, const ReaderOptions& options) {
+  const auto sample = TakeSample(source, at);
+  const bool cut = at + sample.size() < source.GetSize();
   if (options.delimiter) return Judge(sample, cut, *options.delimiter, options).dialect;
   Candidate best = Judge(sample, cut, kNoDelimiter, options);
   bool column = true;

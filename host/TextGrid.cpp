@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
+
+#include "host/Sentences.h"
 
 namespace tallyscope {
 
@@ -15,6 +18,11 @@ std::size_t GetWidth(const CString& text) {
 }
 
 }  // namespace
+
+void CTextGrid::AddRow(std::vector<CString> cells) {
+  for (auto& cell : cells) cell = Shown(cell);
+  rows_.push_back(std::move(cells));
+}
 
 void CTextGrid::Print(std::ostream& out, const CString& indent) const {
   std::vector<std::size_t> widths;

@@ -8,10 +8,11 @@
 
 namespace tallyscope {
 
-// Rows of texts, printed in columns that line up: the first to the left, the others to the right.
+// Rows of texts, printed in columns that line up: the first to the left, the others to the right. Texts may come from a
+// table as they are.
 class CTextGrid {
  public:
-  void AddRow(std::vector<CString> cells) { rows_.push_back(std::move(cells)); }
+  void AddRow(std::vector<CString> cells);
   void Print(std::ostream& out, const CString& indent) const;
 
  private:

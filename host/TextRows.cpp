@@ -35,7 +35,7 @@ CTextRows::CTextRows(CTextSource& source, const CString& file, const TextDialect
                      CProgressSink* progress)
     : source_(source),
       file_(file),
-      cells_(source.GetText(), dialect.delimiter),
+      cells_(source, dialect.delimiter),
       builder_(builder),
       progress_(progress),
       decimal_(dialect.decimal),
@@ -43,8 +43,7 @@ CTextRows::CTextRows(CTextSource& source, const CString& file, const TextDialect
       columns_(builder.GetColumnCount()) {}
 
 bool CTextRows::Start(std::size_t at, long line) {
-  cells_.at = at;
-  cells_.line = line;
+  cells_.GoTo(at, line);
   blankLines_ = 0;
   tickAt_ = at + kTickBytes;
   cellsSinceTick_ = 0;
@@ -69,10 +68,13 @@ RowsEnd CTextRows::Reread(std::size_t at, long line, const std::vector<std::size
   std::vector<char> wanted(columns_, 0);
   for (const std::size_t column : columns) wanted[column] = 1;
   if (!Start(at, line)) return RowsEnd::kCancelled;
-  for (std::size_t row = 0; FindRow(); ++row) {
-    for (; blankLines_ > 0; --blankLines_) builder_.PutLabel(0, row++, {});
-    if (!RereadRow(row, wanted)) break;
+  std::size_t row = 0;
+  bool same = true;
+  while (same && FindRow()) {
+    for (; same && blankLines_ > 0; --blankLines_) same = PutLabel(0, row++, {});
+    same = same && RereadRow(row++, wanted);
   }
+  if (same && !cancelled_ && error_.empty() && row != builder_.GetRowCount()) error_ = GetChangedSentence(file_);
   return GetEnd();
 }
 
@@ -88,7 +90,7 @@ bool CTextRows::FindRow() {
     const char first = cells_.GetText()[cells_.at];
     if (first > ' ' || !cells_.SkipBlankLine()) return true;
     if (columns_ == 1) ++blankLines_;
-    if (cells_.at >= tickAt_ && !Tick()) return false;
+    if (cells_.GetPosition() >= tickAt_ && !Tick()) return false;
   }
   return false;
 }
@@ -98,7 +100,7 @@ bool CTextRows::StartRow(std::size_t& row) {
     error_ = file_ + " has more rows than can be counted: at most 2147483647 are read.";
     return false;
   }
-  if ((builder_.GetRowCount() + 1) * columns_ > cells_.GetText().size() + kFilledCells) {
+  if ((builder_.GetRowCount() + 1) * columns_ > source_.GetSize() + kFilledCells) {
     error_ = file_ + ", line " + std::to_string(cells_.line) + ": nearly all rows have fewer cells than the " +
              std::to_string(columns_) + " that the table has columns.";
     return false;
@@ -143,9 +145,10 @@ std::size_t CTextRows::ReadPlainCells(std::size_t row, std::size_t column) {
       p = next + (kBlanks ? 0 : 1);
       continue;
     }
-    if (!last || !IsLineEnd(*next)) break;
+    // The edge of what is in sight may cut a line end of two bytes.
+    if (!last || !IsLineEnd(*next) || next + 1 == end) break;
     values[column][row] = value;
-    p = next + (next[0] == '\r' && next + 1 != end && next[1] == '\n' ? 2 : 1);
+    p = next + (next[0] == '\r' && next[1] == '\n' ? 2 : 1);
     rowEnded_ = true;
     ++cells_.line;
   }
@@ -168,7 +171,7 @@ bool CTextRows::ReadRow(std::size_t row) {
     break;
   }
   cellsSinceTick_ += columns_;
-  return (cells_.at < tickAt_ && cellsSinceTick_ < kTickCells) || Tick();
+  return (cells_.GetPosition() < tickAt_ && cellsSinceTick_ < kTickCells) || Tick();
 }
 
 bool CTextRows::ReadCell(std::size_t row, std::size_t column, CellEnd& end) {
@@ -196,7 +199,7 @@ bool CTextRows::DrainRow(std::size_t cells) {
     const CellFault fault = cells_.Next(cell);
     if (fault != CellFault::kNone) return Fail(fault, cells_.line, cells - 1);
     empty = empty && cell.text.empty();
-    if (cells_.at >= tickAt_ && !Tick()) return false;
+    if (cells_.GetPosition() >= tickAt_ && !Tick()) return false;
   }
   if (!empty) Note(longRows_, line, cells);
   cellsSinceTick_ += cells;
@@ -215,11 +218,18 @@ bool CTextRows::RereadRow(std::size_t row, const std::vector<char>& wanted) {
     const bool there = cell.end == CellEnd::kDelimiter;
     const CellFault fault = there ? cells_.Next(cell) : CellFault::kNone;
     if (fault != CellFault::kNone) return Fail(fault, cells_.line, column);
-    if (wanted[column] != 0) builder_.PutLabel(column, row, there ? TrimBlanks(cell.text) : std::string_view());
+    const auto text = there ? TrimBlanks(cell.text) : std::string_view();
+    if (wanted[column] != 0 && !PutLabel(column, row, text)) return false;
   }
   if (cell.end == CellEnd::kDelimiter && !DrainRow(columns_)) return false;
   cellsSinceTick_ += columns_;
-  return (cells_.at < tickAt_ && cellsSinceTick_ < kTickCells) || Tick();
+  return (cells_.GetPosition() < tickAt_ && cellsSinceTick_ < kTickCells) || Tick();
+}
+
+bool CTextRows::PutLabel(std::size_t column, std::size_t row, std::string_view text) {
+  if (builder_.PutLabel(column, row, text)) return true;
+  error_ = GetChangedSentence(file_);
+  return false;
 }
 
 bool CTextRows::Fail(CellFault fault, long line, std::size_t column) {
@@ -238,17 +248,16 @@ bool CTextRows::Fail(CellFault fault, long line, std::size_t column) {
 }
 
 bool CTextRows::Tick() {
-  tickAt_ = cells_.at + kTickBytes;
+  tickAt_ = cells_.GetPosition() + kTickBytes;
   cellsSinceTick_ = 0;
-  source_.Release(cells_.at);
-  if (source_.HasShrunk()) {
-    error_ = file_ + " was made shorter by another program while it was read.";
+  if (!source_.IsUnchanged()) {
+    error_ = source_.GetFailure(file_);
     return false;
   }
   const auto now = std::chrono::steady_clock::now();
   if (progress_ == nullptr || now - asked_ < kAskEvery) return true;
   asked_ = now;
-  const auto done = static_cast<double>(cells_.at) / static_cast<double>(cells_.GetText().size());
+  const auto done = static_cast<double>(cells_.GetPosition()) / static_cast<double>(source_.GetSize());
   cancelled_ = !progress_->OnProgress(static_cast<int>(done * 100));
   return !cancelled_;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/TableBuilder.h"
+#include "host/TableReader.h"
 #include "host/TextCells.h"
 #include "host/TextDialect.h"
 
@@ -15,20 +16,21 @@ namespace tallyscope {
 class CProgressSink;
 class CTextSource;
 
-enum class RowsEnd { kDone, kCancelled, kFault };
-
-// Walks the rows of a delimited text, from where `cells` stands, into a builder.
+// Walks the rows of a delimited text into a builder, once, and again for the labels of some columns. kFault leaves a
+// sentence, which may come of a source that changed: then it is the source's to say.
 class CTextRows {
  public:
   CTextRows(CTextSource& source, const CString& file, const TextDialect& dialect, CTableBuilder& builder,
             CProgressSink* progress);
 
-  // All rows from `at`, which is in `line`.
+  // All rows from byte `at` of the source, which is in `line`. Throws bad_alloc.
   RowsEnd Read(std::size_t at, long line);
-  // The same rows once more, for the labels of some columns.
+  // The same rows once more, for the labels of some columns. A fault where they are other rows, or hold other cells in
+  // those columns: nothing is written outside the rows that Read counted.
   RowsEnd Reread(std::size_t at, long line, const std::vector<std::size_t>& columns);
 
-  const CString& GetError() const { return error_; }
+  const CString& GetError() const { return error_; }  // a sentence with file, line and column
+  // Of rows too short or too long. Before Reread, which meets them again.
   void AddWarnings(std::vector<CString>& warnings) const;
 
  private:
@@ -39,12 +41,14 @@ class CTextRows {
     std::size_t cells = 0;
   };
 
+  // Steps: false ends the pass, at its end, after a cancel, or with a sentence in `error_`.
   bool Start(std::size_t at, long line);
   bool FindRow();
   bool StartRow(std::size_t& row);
   RowsEnd GetEnd() const;
   bool ReadRow(std::size_t row);
   bool RereadRow(std::size_t row, const std::vector<char>& wanted);
+  bool PutLabel(std::size_t column, std::size_t row, std::string_view text);
   template <bool kBlanks>
   std::size_t ReadPlainCells(std::size_t row, std::size_t column);
   bool ReadCell(std::size_t row, std::size_t column, CellEnd& end);

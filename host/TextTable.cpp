@@ -17,51 +17,47 @@ namespace tallyscope {
 
 namespace {
 
-// The way from the beginning of the rows to a table. Each step leaves a sentence in `opened.error` when it fails.
-class CTextTableReader {
+class CTextTableReader : public CTableReader {
  public:
-  CTextTableReader(CTextSource& source, const CString& file, const ReaderOptions& options, const TextLayout& layout)
-      : source_(source), file_(file), options_(options), layout_(layout), at_(layout.at), line_(layout.line) {
+  CTextTableReader(CTextSource& source, const CString& file, const ReaderOptions& options, TextLayout layout)
+      : source_(source),
+        file_(file),
+        options_(options),
+        layout_(std::move(layout)),
+        at_(layout_.at),
+        line_(layout_.line) {
     ReaderOptions asked = options;
-    if (!layout.names.empty()) asked.headings = false;
-    dialect_ = GuessDialect(source.GetText().substr(layout.at), asked);
+    if (!layout_.names.empty()) asked.headings = false;
+    dialect_ = GuessDialect(source, layout_.at, asked);
   }
 
-  OpenedTable Read(CProgressSink* progress);
+  bool Start(std::size_t layer, LayerStart& start) override;
+  RowsEnd Fill(CTableBuilder& columns, CProgressSink* progress) override;
+  CString DescribeFormat() const override;
 
  private:
   bool FindNames();
   bool ReadHeadings();
-  bool Refuse(const CString& sentence);
   void NameColumns();
   std::size_t GuessRows() const;
-  void DescribeFormat();
-  void ReadRows(CProgressSink* progress);
 
   CTextSource& source_;
-  CString file_;
+  const CString& file_;
   const ReaderOptions& options_;
-  const TextLayout& layout_;
+  TextLayout layout_;
   std::size_t at_;
   long line_;
   TextDialect dialect_;
   std::vector<CString> names_;
   bool latin1_ = false;
-  OpenedTable opened_;
 };
 
-bool CTextTableReader::Refuse(const CString& sentence) {
-  opened_.error = sentence;
-  return false;
-}
-
 bool CTextTableReader::FindNames() {
-  CTextCells cells(source_.GetText(), dialect_.delimiter);
-  cells.at = at_;
-  cells.line = line_;
+  CTextCells cells(source_, dialect_.delimiter);
+  cells.GoTo(at_, line_);
   while (cells.SkipBlankLine()) {
   }
-  at_ = cells.at;
+  at_ = cells.GetPosition();
   line_ = cells.line;
   if (cells.AtEnd())
     return Refuse(file_ + (layout_.names.empty() ? " holds nothing but blank lines." : " has headings but no rows."));
@@ -70,8 +66,8 @@ bool CTextTableReader::FindNames() {
     if (dialect_.delimiter == '\n' && names_.size() > 1) dialect_.delimiter = ' ';  // rows of one cell each
   } else if (!dialect_.headings) {
     names_.resize(std::max<std::size_t>(dialect_.columns, 1));
-    opened_.warnings.push_back("No headings: the columns are called Column 1" +
-                               (names_.size() > 1 ? " to Column " + std::to_string(names_.size()) + "." : "."));
+    warnings_.push_back("No headings: the columns are called Column 1" +
+                        (names_.size() > 1 ? " to Column " + std::to_string(names_.size()) + "." : "."));
   } else if (!ReadHeadings()) {
     return false;
   }
@@ -81,9 +77,8 @@ bool CTextTableReader::FindNames() {
 }
 
 bool CTextTableReader::ReadHeadings() {
-  CTextCells cells(source_.GetText(), dialect_.delimiter);
-  cells.at = at_;
-  cells.line = line_;
+  CTextCells cells(source_, dialect_.delimiter);
+  cells.GoTo(at_, line_);
   TextCell cell;
   if (dialect_.rowNames) names_.emplace_back();
   do {
@@ -100,7 +95,7 @@ bool CTextTableReader::ReadHeadings() {
   } while (cell.end == CellEnd::kDelimiter);
   // A delimiter at the end of the headings alone makes no column.
   while (names_.size() > std::max<std::size_t>(dialect_.columns, 1) && names_.back().empty()) names_.pop_back();
-  at_ = cells.at;
+  at_ = cells.GetPosition();
   line_ = cells.line;
   while (cells.SkipBlankLine()) {
   }
@@ -109,6 +104,8 @@ bool CTextTableReader::ReadHeadings() {
 
 // Every column gets a name of its own: "Column 3" where there is none, "Cu (2)" for the second "Cu".
 void CTextTableReader::NameColumns() {
+  constexpr std::size_t kReported = 20;
+  const std::size_t warnings = warnings_.size();
   std::unordered_set<CString> taken(names_.begin(), names_.end());
   std::unordered_map<CString, int> seen;
   const auto numbered = [&](const CString& name, int& number) {
@@ -127,69 +124,72 @@ void CTextTableReader::NameColumns() {
     const auto [first, isFirst] = seen.emplace(names_[i], 1);
     if (isFirst) continue;
     const CString name = numbered(names_[i], first->second);
-    opened_.warnings.push_back("A second column is called " + names_[i] + ": column " + std::to_string(i + 1) +
-                               " goes by " + name + ".");
+    warnings_.push_back("A second column is called " + names_[i] + ": column " + std::to_string(i + 1) + " goes by " +
+                        name + ".");
     names_[i] = name;
   }
+  if (warnings_.size() <= warnings + kReported) return;
+  const auto more = static_cast<long long>(warnings_.size() - warnings - kReported);
+  warnings_.resize(warnings + kReported);
+  warnings_.push_back(Counted(more, "further column is", "further columns are") +
+                      " called as one before, and numbered likewise.");
 }
 
 // From the length of the first rows, and never more than the file can hold.
 std::size_t CTextTableReader::GuessRows() const {
   constexpr std::size_t kSample = std::size_t{64} << 10;
   constexpr std::size_t kMost = std::size_t{1} << 24;
-  const auto rest = source_.GetText().substr(at_);
-  const auto sample = rest.substr(0, kSample);
+  const auto rest = static_cast<double>(source_.GetSize() - at_);
+  const auto sample = source_.Look(at_, kSample).substr(0, kSample);
   auto lines = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\n'));
   if (lines == 0) lines = static_cast<std::size_t>(std::count(sample.begin(), sample.end(), '\r'));
-  const double share = static_cast<double>(rest.size()) / static_cast<double>(std::max<std::size_t>(sample.size(), 1));
+  const double share = rest / static_cast<double>(std::max<std::size_t>(sample.size(), 1));
   const double rows = static_cast<double>(lines) * share * 1.01 + 16;
-  const std::size_t possible = rest.size() / names_.size() + 16;
+  const std::size_t possible = (source_.GetSize() - at_) / names_.size() + 16;
   return std::min({static_cast<std::size_t>(std::min(rows, 1e15)), possible, kMost});
 }
 
-void CTextTableReader::DescribeFormat() {
+CString CTextTableReader::DescribeFormat() const {
+  if (!layout_.format.empty()) return layout_.format;
   const CString delimiter = GetDelimiterName(dialect_.delimiter);
-  opened_.format = names_.size() == 1          ? "text of one column"
+  CString format = names_.size() == 1          ? "text of one column"
                    : dialect_.delimiter == ' ' ? "text separated by blanks"
                                                : delimiter + "-separated text";
-  if (dialect_.decimal == ',') opened_.format += ", decimal comma";
-  if (latin1_) opened_.format += ", Latin-1";
+  if (dialect_.decimal == ',') format += ", decimal comma";
+  if (latin1_) format += ", Latin-1";
+  return format;
 }
 
-void CTextTableReader::ReadRows(CProgressSink* progress) {
-  CNullRules rules(options_.nulls, dialect_.decimal);
-  rules.SetNullSize(layout_.nullSize);
-  CTableBuilder builder(names_, rules, options_.censored);
-  builder.Expect(GuessRows());
-  CTextRows rows(source_, file_, dialect_, builder, progress);
+bool CTextTableReader::Start(std::size_t, LayerStart& start) {
+  if (!FindNames()) return false;
+  start.names = names_;
+  start.rules = CNullRules(options_.nulls, dialect_.decimal);
+  start.rules.SetNullSize(layout_.nullSize);
+  start.rows = GuessRows();
+  return true;
+}
+
+RowsEnd CTextTableReader::Fill(CTableBuilder& columns, CProgressSink* progress) {
+  CTextRows rows(source_, file_, dialect_, columns, progress);
   RowsEnd end = rows.Read(at_, line_);
   if (end == RowsEnd::kDone) {
-    rows.AddWarnings(opened_.warnings);
-    const auto columns = builder.FindColumnsToReread();
-    if (!columns.empty()) {
+    rows.AddWarnings(warnings_);
+    const auto texts = columns.FindColumnsToReread();
+    if (!texts.empty()) {
       if (progress != nullptr) progress->SetTask("Reading text columns", 0);
-      end = rows.Reread(at_, line_, columns);
+      end = rows.Reread(at_, line_, texts);
     }
   }
-  if (end == RowsEnd::kFault) opened_.error = rows.GetError();
-  if (end != RowsEnd::kDone) return;
-  latin1_ = latin1_ || builder.IsLatin1();
-  const auto stations = static_cast<int>(builder.GetRowCount());
-  opened_.table = std::make_unique<CHostTable>(builder.Finish(opened_.warnings), stations);
-}
-
-OpenedTable CTextTableReader::Read(CProgressSink* progress) {
-  if (FindNames()) ReadRows(progress);
-  DescribeFormat();
-  return std::move(opened_);
+  if (end == RowsEnd::kFault) Refuse(rows.GetError());
+  latin1_ = latin1_ || columns.IsLatin1();
+  return end;
 }
 
 }  // namespace
 
-OpenedTable ReadTextTable(CTextSource& source, const CString& file, const ReaderOptions& options,
-                          const TextLayout& layout, CProgressSink* progress) {
-  if (progress != nullptr) progress->SetTask("Reading the table", 0);
-  return CTextTableReader(source, file, options, layout).Read(progress);
+std::unique_ptr<CTableReader> MakeTextReader(CTextSource& source, const CString& file, const ReaderOptions& options,
+                                             TextLayout layout) {
+  return std::make_unique<CTextTableReader>(source, file, options, std::move(layout));
 }
 
 }  // namespace tallyscope

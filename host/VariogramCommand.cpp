@@ -9,9 +9,11 @@
 #include "host/Command.h"
 #include "host/CommandTable.h"
 #include "host/ModelReport.h"
+#include "host/OutputTargets.h"
 #include "host/ReaderFlags.h"
 #include "host/Sentences.h"
 #include "host/VariogramReport.h"
+#include "host/VariogramStations.h"
 #include "spatial/ModelVariogramFile.h"
 
 namespace tallyscope {
@@ -29,10 +31,12 @@ class CVariogramCommand : public CCommand {
  private:
   void AddCurves(CLI::App& app);
   void AddModel(CLI::App& app);
+  void TellLayout(CHostTable& table, int dim, std::ostream& err) const;
   bool Calculate(CVariogramReport& report, std::ostream& err) const;
   bool Save(CVariogramReport& report, std::ostream& err) const;
 
   VariogramRequest request_;
+  bool force_ = false;
   bool strayDip_ = false;  // --dip or --width in front of every --direction
 };
 
@@ -44,7 +48,10 @@ void CVariogramCommand::AddOptions(CLI::App& app) {
   app.add_option("--range", request_.range, "longest distance of a pair; without it from the spacing of the stations")
       ->type_name("R")
       ->check(AboveZero());
-  app.add_option("--samples", request_.samples, "take every n-th station, so that about N are left; all without it")
+  app.add_option(
+         "--samples", request_.samples,
+         "take every n-th station, n being the number of stations over N without its fraction, so that N to 2 N are "
+         "left; all without it")
       ->type_name("N")
       ->check(AboveZero());
   app.add_flag("--covariance", request_.covariance, "print the covariance beside the moment of inertia");
@@ -104,6 +111,7 @@ void CVariogramCommand::AddModel(CLI::App& app) {
   app.add_option("-o,--output", request_.target, "the file that gets the fitted model")
       ->type_name("FILE.mvf")
       ->group(group);
+  AddForceFlag(app, force_);
 }
 
 CString CVariogramCommand::CheckOptions() const {
@@ -115,17 +123,23 @@ CString CVariogramCommand::CheckOptions() const {
 }
 
 int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
+  if (!MayWrite({{request_.file}, {request_.target}}, force_, err)) return kExitBadInput;
   OpenedTable opened = OpenForCommand(request_.file, request_.reader, err);
   if (!opened.table) return kExitBadInput;
   auto& table = *opened.table;
   const int dim = FindDimForCommand(table, request_.file, request_.field, err);
   if (dim == CHostTable::kNoDim) return kExitBadInput;
-  if (request_.HasDips() && table.GetSpatialSize() < 3) {
-    err << "--dip needs three axes; " << request_.file << " has " << Counted(table.GetSpatialSize(), "axis", "axes")
-        << ".\n";
+  if (table.GetSpatialSize() == 0) {
+    Say(err, request_.file + " has no axes, and a variogram needs distances; --x and --y name the axes.");
     return kExitBadInput;
   }
-  for (const auto& warning : opened.warnings) err << warning << "\n";
+  if (request_.HasDips() && table.GetSpatialSize() < 3) {
+    Say(err,
+        "--dip needs three axes; " + request_.file + " has " + Counted(table.GetSpatialSize(), "axis", "axes") + ".");
+    return kExitBadInput;
+  }
+  for (const auto& warning : opened.warnings) Say(err, warning);
+  TellLayout(table, dim, err);
   CVariogramReport report(table, dim, request_);
   if (!request_.modelFile.empty() &&
       !ReadModelForCommand(request_.modelFile, table.GetSpatialSize(), report.UseModel(), err)) {
@@ -141,21 +155,29 @@ int CVariogramCommand::Run(std::ostream& out, std::ostream& err) {
   return kExitDone;
 }
 
+void CVariogramCommand::TellLayout(CHostTable& table, int dim, std::ostream& err) const {
+  const StationLayout layout = FindStationLayout(table, dim);
+  if (layout == StationLayout::kFewOrSpread) return;
+  Say(err, "All stations of " + request_.file + " with a value lie " +
+               (layout == StationLayout::kOneLine ? "on one line: there are no pairs in other directions."
+                                                  : "in one place: no distance is above 0."));
+}
+
 bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) const {
   {
     CCancellableProgress progress(err);
     if (report.Calculate(&progress)) return true;
   }
-  err << (CCancellableProgress::IsCancelled()
-              ? CString("Cancelled.\n")
-              : "The pairs of " + request_.file + " cannot be searched by their places.\n");
+  Say(err, CCancellableProgress::IsCancelled()
+               ? CString("Cancelled.")
+               : "The pairs of " + request_.file + " cannot be searched by their places.");
   return false;
 }
 
 bool CVariogramCommand::Save(CVariogramReport& report, std::ostream& err) const {
   CString error;
   if (request_.target.empty() || SaveToFile(report.UseModel(), request_.target, error)) return true;
-  err << OnOneLine(error) << "\n";
+  Say(err, OnOneLine(error));
   return false;
 }
 

@@ -39,8 +39,8 @@ CStats_SampleVariogram& StartSession(CTallyscope& session, CHostTable& table, in
 }
 
 template <class Visit>
-void ForEachCell(const CStats_Spatial& lagGrid, const Visit& visit) {
-  for (const auto& level : lagGrid.grid) {
+void ForEachCell(const LagGrid& grid, const Visit& visit) {
+  for (const auto& level : grid) {
     for (const auto& row : level) {
       for (const auto& cell : row) visit(cell);
     }
@@ -61,8 +61,7 @@ CStats_ModelVariogram& CVariogramReport::UseModel() {
 }
 
 bool CVariogramReport::Calculate(CProgressSink* progress) {
-  sample_.CalcVariogram(0, request_.range, request_.samples, progress);
-  if ((sample_.GetFlags(0) & kLagGrid) == 0) return false;
+  if (!sample_.CalcVariogram(0, request_.range, request_.samples, progress)) return false;
   session_.GetUniStats(dim_)->Calculate(kBasicFigures, nullptr);
   if (request_.fit) MakeDefaultModel(sample_, table_.GetSpatialSize(), UseModel());
   if (request_.errorDistance && !sample_.CalcErrorVariance(0, *request_.errorDistance, progress)) return false;
@@ -81,17 +80,14 @@ bool CVariogramReport::CalculateMap(CProgressSink* progress) {
 
 long long CVariogramReport::CountPairs() {
   long long count = 0;
-  ForEachCell(sample_, [&count](const LagCell& cell) { count += cell.count; });
+  ForEachCell(sample_.grid, [&count](const LagCell& cell) { count += cell.pairs; });
   return count / 2;
 }
 
 void CVariogramReport::MakeCurve(const CurveRequest& request, Curve& curve) {
   curve.request = request;
-  if (request.IsOmnidirectional()) {
-    sample_.GetVariogramData(curve.sample);
-  } else {
-    sample_.GetVariogramData(curve.sample, request.direction, request.dip, request.width / 2);
-  }
+  curve.sample = request.IsOmnidirectional() ? sample_.GetCurve()
+                                             : sample_.GetCurve(request.direction, request.dip, request.width / 2);
   if (!HasModel()) return;
   const auto& model = UseModel();
   for (const double lag : curve.sample.lag) {
@@ -134,7 +130,7 @@ void CVariogramReport::PrintText(std::ostream& out) {
       << " of " << table_.GetSize() << " with a value, " << Counted(CountPairs(), "pair", "pairs") << " in "
       << sample_.lagCount[0] << " lags up to " << Figure(sample_.lagRange[0]) << "\n";
   if (request_.errorDistance) {
-    out << "Error variance, from " << Counted(sample_.errorPairCount, "pair", "pairs") << " of neighbours closer than "
+    out << "Error variance, from " << Counted(sample_.errorPairs, "pair", "pairs") << " of neighbours closer than "
         << Figure(*request_.errorDistance) << ": moment of inertia " << Figure(sample_.errorMoment) << ", covariance "
         << Figure(sample_.errorCovariance) << "\n";
   }
@@ -147,8 +143,8 @@ void CVariogramReport::PrintText(std::ostream& out) {
   if (request_.grid != GridKind::kNone) PrintGrid(out);
 }
 
-CStats_Spatial& CVariogramReport::UseGrid() {
-  return request_.grid == GridKind::kCartesian ? map_ : sample_;
+const LagGrid& CVariogramReport::UseGrid() const {
+  return request_.grid == GridKind::kCartesian ? map_.grid : sample_.grid;
 }
 
 void CVariogramReport::PrintGrid(std::ostream& out) {
@@ -159,7 +155,7 @@ void CVariogramReport::PrintGrid(std::ostream& out) {
     ++cells;
     filled += cell.count > 0 ? 1 : 0;
   });
-  const auto& count = lagGrid.lagCount;
+  const auto& count = lagGrid.GetSettings().count;
   const bool solid = table_.GetSpatialSize() >= 3;
   const bool polar = request_.grid == GridKind::kPolar;
   out << "\n"
@@ -167,26 +163,27 @@ void CVariogramReport::PrintGrid(std::ostream& out) {
       << (polar ? " azimuths" : "");
   if (solid) out << " x " << count[2] << (polar ? " dips" : "");
   const auto [low, high] = GetLagGridColourRange(lagGrid, 0);
-  out << " up to " << Figure(lagGrid.lagRange[0]) << ", " << filled << " of " << Counted(cells, "cell", "cells")
-      << " with pairs\nMoment of inertia from " << Figure(low) << " (5 %) to " << Figure(high) << " (95 %)\n";
+  out << " up to " << Figure(lagGrid.GetSettings().range[0]) << ", " << filled << " of "
+      << Counted(cells, "cell", "cells") << " with pairs\nMoment of inertia from " << Figure(low) << " (5 %) to "
+      << Figure(high) << " (95 %)\n";
 }
 
 Json CVariogramReport::DescribeGrid() {
   const auto& lagGrid = UseGrid();
   Json counts = Json::array(), moments = Json::array(), covariances = Json::array();
-  for (const auto& level : lagGrid.grid) {
+  for (const auto& level : lagGrid) {
     for (Json* values : {&counts, &moments, &covariances}) values->push_back(Json::array());
     for (const auto& row : level) {
       for (Json* values : {&counts, &moments, &covariances}) values->back().push_back(Json::array());
       for (const auto& cell : row) {
-        counts.back().back().push_back(cell.count);
+        counts.back().back().push_back(cell.pairs);
         moments.back().back().push_back(cell.moment);
         covariances.back().back().push_back(cell.covariance);
       }
     }
   }
   return {{"kind", request_.grid == GridKind::kPolar ? "polar" : "cartesian"},
-          {"range", lagGrid.lagRange[0]},
+          {"range", lagGrid.GetSettings().range[0]},
           {"colourRange", GetLagGridColourRange(lagGrid, 0)},
           {"pairCount", std::move(counts)},
           {"momentOfInertia", std::move(moments)},
@@ -230,7 +227,7 @@ void CVariogramReport::PrintJson(std::ostream& out) {
                  {"model", std::move(model)}};
   if (request_.errorDistance) {
     report["errorVariance"] = {{"range", *request_.errorDistance},
-                               {"pairCount", sample_.errorPairCount},
+                               {"pairCount", sample_.errorPairs},
                                {"momentOfInertia", sample_.errorMoment},
                                {"covariance", sample_.errorCovariance}};
   }

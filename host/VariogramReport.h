@@ -8,7 +8,7 @@
 
 #include "host/VariogramRequest.h"
 #include "spatial/Stats_Spatial.h"
-#include "spatial/Stats_VariogramData.h"
+#include "spatial/VariogramCurve.h"
 #include "statistics/Tallyscope.h"
 
 namespace tallyscope {
@@ -34,7 +34,7 @@ class CVariogramReport {
  private:
   struct Curve {
     CurveRequest request;
-    CStats_VariogramData sample;
+    VariogramCurve sample;
     std::vector<double> modelMoment;  // at the same lags; empty without a model
     std::vector<double> modelCovariance;
   };
@@ -46,7 +46,7 @@ class CVariogramReport {
   void PrintCurve(const CurveRequest& request, std::ostream& out);
   void PrintGrid(std::ostream& out);
   nlohmann::ordered_json DescribeGrid();
-  CStats_Spatial& UseGrid();  // the calculator whose grid was asked for
+  const LagGrid& UseGrid() const;  // the one that was asked for
 
   CHostTable& table_;
   int dim_;

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QFileInfo>
+#include <QLabel>
 #include <QProgressDialog>
 #include <QTimer>
 
@@ -14,6 +15,7 @@
 #include "host/PictureWalk.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/Modal.h"
+#include "platform/ui/PlainText.h"
 #include "platform/ui/WinApp.h"
 #include "platform/ui/Wnd.h"
 #include "statistics/ProgressSink.h"
@@ -35,7 +37,10 @@ bool HasDisplay() {
 // A progress bar with Cancel, which shows itself when the work takes longer than half a second.
 class ProgressWindow : public CProgressSink {
  public:
-  explicit ProgressWindow(const QString& text) : bar_(text, "Cancel", 0, 100) {
+  explicit ProgressWindow(const CString& text) : bar_(QString(), "Cancel", 0, 100) {
+    auto* label = new QLabel;
+    SetPlainText(*label, OneLine(text));
+    bar_.setLabel(label);
     bar_.setWindowTitle("Tallyscope");
     bar_.setWindowModality(Qt::ApplicationModal);
     bar_.setMinimumDuration(kSlow);
@@ -60,7 +65,7 @@ CString AskForFile() {
 }
 
 OpenedTable Load(const CString& file, const ReaderOptions& options) {
-  ProgressWindow progress("Reading " + QFileInfo(ToQString(file)).fileName());
+  ProgressWindow progress("Reading " + FromQString(QFileInfo(ToQString(file)).fileName()));
   return OpenTable(file, options, &progress);
 }
 

@@ -6,6 +6,7 @@
 #include "platform/core/ShownText.h"
 #include "platform/ui/Contrast.h"
 #include "platform/ui/PainterDC.h"
+#include "platform/ui/PlainText.h"
 #include "platform/ui/Wnd.h"
 #include "workbench/StationText.h"
 
@@ -27,8 +28,7 @@ void ColourBarView::SetLegend(const ModulationLegend& legend, const CString& nul
   if (!legend.colourField.empty()) text += Tell("Colour", legend.colourField, legend.colourLow, legend.colourHigh);
   if (!legend.sizeField.empty()) text += Tell("Size", legend.sizeField, legend.sizeLow, legend.sizeHigh);
   if (!text.empty()) text += nulls;
-  const QString shown = ToQString(text);
-  setToolTip(shown.isEmpty() ? shown : "<qt>" + shown.toHtmlEscaped() + "</qt>");  // a name may look like markup
+  setToolTip(TipText(text));
   setAccessibleDescription(ToQString(text));
   update();
 }

@@ -14,8 +14,8 @@
 #include "plots/UPlotX_Tallyscope.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/DimIndex.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/FieldBox.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -103,16 +103,8 @@ void CPP_Base_Graph::ConnectPlot() {
 
 void CPP_Base_Graph::Initialise() {
   QStringList names{"<NONE>"};
-  auto* data = GetDlg()->GetData();
-  const int columns = data != nullptr ? data->GetSpatialSize() + data->GetValueSize() : 0;
-  for (int i = 0; i < columns; ++i) {
-    names << ToQString(ShownText(data->GetValueName(DimFromIndex(i, data->GetSpatialSize()))));
-  }
-  for (const int id : {kGraphColour, kGraphSize}) {
-    auto* box = GetControl<QComboBox>(id);
-    box->clear();
-    box->addItems(names);
-  }
+  if (auto* data = GetDlg()->GetData()) names += GetFieldNames(*data);
+  for (const int id : {kGraphColour, kGraphSize}) FillFieldBox(*GetControl<QComboBox>(id), names);
   ConnectPlot();
   ApplyViewRule();
   CPP_BaseTS::Initialise();

@@ -6,6 +6,7 @@
 
 #include "outside/colour/Modulation.h"
 #include "outside/plot/UPlotX.h"
+#include "statistics/Dim.h"
 #include "statistics/Tallyscope.h"
 #include "statistics/bvector.h"
 
@@ -15,8 +16,6 @@ class CStats_Calculator;
 class CStats_Data;
 class CStats_Rgn;
 class CStats_Spatial;
-
-inline constexpr int kNoDim = -999;
 
 // Base of the workbench's plots: what they read (the session's calculators and table, none of them owned), colour and
 // size modulation by a field, the selection and its gestures. Where something happens they tell their container.

@@ -18,17 +18,18 @@ class CDLBTree_Base {
 };
 
 // A binary tree linked both ways. Nodes stand by value in blocks, siblings side by side as a rule, and keep their
-// address until they are deleted.
+// address until they are deleted. A copy has nodes of its own.
 template <class Node>
 class CDLBTree {
  public:
   CDLBTree() = default;
-  CDLBTree(const CDLBTree&) = delete;
+  CDLBTree(const CDLBTree& other) { CopyNode(other.root_, nullptr, root_); }
   CDLBTree& operator=(const CDLBTree&) = delete;
   virtual ~CDLBTree() = default;
 
   virtual bool HasRoot() { return root_ != nullptr; }
   virtual Node* GetRoot() { return root_; }
+  const Node* GetRootNode() const { return root_; }
   virtual Node* GetOrCreateRoot() { return root_ != nullptr ? root_ : AddLeft(nullptr); }
 
   // Hang a new node on a free place of `parent`; with a null parent it becomes the root. Null if the place is taken.
@@ -59,6 +60,14 @@ class CDLBTree {
     *place = Make();
     (*place)->parent = parent;
     return *place;
+  }
+  void CopyNode(const Node* from, Node* parent, Node*& place) {
+    if (from == nullptr) return;
+    place = &nodes_.emplace_back(*from);
+    place->parent = parent;
+    place->left = place->right = nullptr;
+    CopyNode(from->left, place, place->left);
+    CopyNode(from->right, place, place->right);
   }
   Node* Make() {
     if (free_.empty()) return &nodes_.emplace_back();

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 
+#include "spatial/CellLimit.h"
+#include "spatial/LagGrid.h"
 #include "spatial/LeafTests.h"
-#include "spatial/Stats_Spatial.h"
 
 namespace tallyscope {
 
@@ -16,7 +16,6 @@ namespace {
 using leaf_tests::kFlat;
 using leaf_tests::kPi;
 
-constexpr std::int64_t kMostCells = std::int64_t{1} << 24;
 constexpr double kVertical = 1e-12;  // a shorter horizontal part counts as none
 constexpr double kLevel = 1e-12;     // so does a smaller difference in height
 
@@ -37,17 +36,16 @@ double GetAngle(double dx, double dy) {
 
 }  // namespace
 
-LagBinning::LagBinning(const CStats_Spatial& settings) : polar_((settings.lagFlags & CStats_Spatial::kPolar) != 0) {
-  std::int64_t cells = 1;
+LagBinning::LagBinning(const LagSettings& settings) : polar_(settings.IsPolar()) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    active_[axis] = (settings.lagFlags & CStats_Spatial::kLagX << axis) != 0;
-    if (active_[axis]) counts_[axis] = std::max(0, settings.lagCount[axis]);
+    active_[axis] = settings.IsActive(static_cast<int>(axis));
+    if (active_[axis]) counts_[axis] = std::max(0, settings.count[axis]);
     if (active_[axis] && !polar_) halves_[axis] = std::max(1, counts_[axis] / 2);
-    if (cells <= kMostCells) cells *= std::max(1, counts_[axis]);
   }
-  if (cells <= kMostCells) cellCount_ = counts_[0] * counts_[1] * counts_[2];
+  const std::array<int, 3> cells{std::max(1, counts_[0]), std::max(1, counts_[1]), std::max(1, counts_[2])};
+  if (IsReasonableCellCount(cells, sizeof(LagCell))) cellCount_ = counts_[0] * counts_[1] * counts_[2];
   for (std::size_t axis = 0; axis < 3; ++axis) {
-    widths_[axis] = polar_ ? settings.lagRange[0] / counts_[0] : 2 * settings.lagRange[axis] / counts_[axis];
+    widths_[axis] = polar_ ? settings.range[0] / counts_[0] : 2 * settings.range[axis] / counts_[axis];
   }
 }
 

@@ -4,11 +4,9 @@
 #include <array>
 #include <cstddef>
 
-#include "platform/core/Box.h"
+#include "spatial/LagSettings.h"
 
 namespace tallyscope {
-
-class CStats_Spatial;
 
 // Which cell of a lag grid a separation falls into, by the plain formula in double. A cell has a number, from 0 to
 // GetCellCount() - 1: level by level, row by row, column by column.
@@ -16,7 +14,7 @@ class LagBinning {
  public:
   static constexpr int kNoCell = -1;
 
-  explicit LagBinning(const CStats_Spatial& settings);
+  explicit LagBinning(const LagSettings& settings);
 
   bool IsPolar() const { return polar_; }
   bool IsActive(int axis) const { return active_[static_cast<std::size_t>(axis)]; }

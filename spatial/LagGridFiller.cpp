@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #include "spatial/LeafTests.h"
 
@@ -41,6 +40,7 @@ constexpr double kAngleError = (1.02e-5 + 1e-5 + 1e-6) / (2 * leaf_tests::kPi) +
 // Where squares of co-ordinates vanish or overflow the plain formula goes its own ways.
 constexpr double kLeastPerUnit = 1e-140;
 constexpr double kMostPerUnit = 1e140;
+constexpr double kWithinCell = 0.5;  // parts of a cell on each axis: such a separation is less than one on the whole
 constexpr double kSlack = 1 + 1e-6;  // far more than any rounding of a distance
 constexpr float kNeverDoubtful = 2.0f;
 constexpr int kMostFloatCells = 1 << 24;  // cell numbers beyond aren't exact in float
@@ -57,7 +57,8 @@ float GetGuard(double error) {
 
 }  // namespace
 
-LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level) : binning_(binning) {
+LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level, double scale)
+    : binning_(binning), scale_(scale) {
   const auto cells = static_cast<std::size_t>(binning.GetCellCount());
   sums_.assign(cells, {});
   pairs_.assign(cells, 0);
@@ -66,14 +67,14 @@ LagGridFiller::LagGridFiller(const LagBinning& binning, pair_kernel::Level level
   for (int axis = 0; axis < 3; ++axis) {
     const auto a = static_cast<std::size_t>(axis);
     if (!binning.IsActive(axis)) continue;
-    perUnit_[a] = 1 / binning.GetWidth(axis);
+    perUnit_[a] = scale / binning.GetWidth(axis);
     const bool isSplit = binning.IsPolar() || binning.GetCount(axis) > 1;
     if (!(perUnit_[a] > kLeastPerUnit && perUnit_[a] < kMostPerUnit) || !isSplit) estimates_ = false;
   }
   if (!estimates_) perUnit_ = {};
   for (int axis = 0; axis < 3; ++axis) {
     const double limit = binning.IsPolar() ? binning.GetCount(0) : binning.IsActive(axis) ? binning.GetHalf(axis) : 1;
-    limits_[static_cast<std::size_t>(axis)] = limit * kSlack;
+    limits_[static_cast<std::size_t>(axis)] = limit * scale * kSlack;
   }
   SetUpEstimate();
   const Shape polar = binning.IsActive(2) ? Shape::kSolid : Shape::kPlane;
@@ -116,6 +117,7 @@ bool LagGridFiller::SetUpGuards(double largest) {
   Estimate& e = estimate_;
   const double error = 4.04 * kU * largest;
   if (!estimates_ || !(error < 0.1)) return false;
+  if (scale_ > 1 && !(largest < kWithinCell)) return false;
   e.lagGuard = GetGuard(1.8 * error + 4 * kU * (binning_.GetCount(0) + 1));
   const bool hasDirection = binning_.GetCount(1) > 1 || binning_.GetCount(2) > 1;
   const double sure = kSureDirection * (1.8 * error + leaf_tests::kFlat * perUnit_[0]);
@@ -127,8 +129,8 @@ bool LagGridFiller::SetUpGuards(double largest) {
   return true;
 }
 
-// Whether all pairs that are so far apart, less the reach on each axis, are out of range. What isn't a number may be
-// anywhere.
+// Whether all pairs that are so far apart, less the reach on each axis, are out of range. What isn't a number, for a
+// distance that overflows less a reach that does, may be anywhere.
 bool LagGridFiller::IsOutOfReach(const Point3& distance, const Point3& reach) const {
   double square = 0;
   bool isOut = false;
@@ -165,8 +167,7 @@ void LagGridFiller::AddPairs(const LagStations& firsts, int firstBlock, const La
   for (std::size_t axis = 0; axis < 3; ++axis) {
     distance[axis] = std::fabs((to.centre[axis] - from.centre[axis]) * perUnit_[axis]);
     reach[axis] = from.reach[axis] + to.reach[axis];
-    const double sum = distance[axis] + reach[axis];
-    if (!(sum <= largest)) largest = sum;  // also if it isn't a number
+    largest = std::max(largest, distance[axis] + reach[axis]);
   }
   if (estimates_ && IsOutOfReach(distance, reach)) return;
   const bool canEstimate = SetUpGuards(largest);
@@ -267,7 +268,7 @@ void LagGridFiller::Flush() {
   unflushed_ = 0;
 }
 
-void LagGridFiller::Finish(LagGrid& grid) {
+LagGrid::Cells LagGridFiller::Finish() {
   Flush();
   const auto size = [this](int axis) { return static_cast<std::size_t>(binning_.GetCount(axis)); };
   std::vector<Total> both = totals_;
@@ -279,20 +280,22 @@ void LagGridFiller::Finish(LagGrid& grid) {
     other.covariance += totals_[cell].covariance;
     other.moment += totals_[cell].moment;
   }
-  grid.assign(size(2), std::vector<std::vector<LagCell>>(size(1), std::vector<LagCell>(size(0))));
+  LagGrid::Cells cells(size(2), LagGrid::Level(size(1), LagGrid::Row(size(0))));
   std::size_t cell = 0;
-  for (auto& level : grid) {
+  for (auto& level : cells) {
     for (auto& row : level) {
       for (LagCell& out : row) {
         const Total& total = both[cell++];
         if (total.pairs == 0) continue;
         const auto pairs = static_cast<double>(total.pairs);
-        out.count = static_cast<int>(std::min<std::int64_t>(total.pairs, std::numeric_limits<int>::max()));
+        out.pairs = total.pairs;
+        out.count = Saturate(total.pairs);
         out.covariance = total.covariance / pairs;
         out.moment = total.moment / (2 * pairs);
       }
     }
   }
+  return cells;
 }
 
 }  // namespace tallyscope

@@ -5,30 +5,32 @@
 #include <vector>
 
 #include "spatial/LagBinning.h"
-#include "spatial/LagCell.h"
+#include "spatial/LagGrid.h"
 #include "spatial/LagStations.h"
 #include "spatial/PairKernel.h"
 
 namespace tallyscope {
 
 // Sums the pairs of a lag grid, block by block of stations.
-//   LagGridFiller filler(binning);
+//   LagGridFiller filler(binning, pair_kernel::GetBestLevel(), 1);
 //   LagStations stations(mean, filler.GetPerUnit());   // append, close blocks
 //   filler.AddPairs(stations, 0, stations, 1);
 //   filler.AddPairsWithin(stations, 0);
-//   filler.Finish(grid);
+//   LagGrid::Cells cells = filler.Finish();
 class LagGridFiller {
  public:
-  explicit LagGridFiller(const LagBinning& binning, pair_kernel::Level level = pair_kernel::GetBestLevel());
+  // Where nearly all stations lie in a small part of a cell, `scale` parts of a cell take the place of a cell in the
+  // estimate, so that floats tell the stations apart; 1 elsewhere.
+  LagGridFiller(const LagBinning& binning, pair_kernel::Level level, double scale);
 
-  Point3 GetPerUnit() const { return perUnit_; }  // for the stations: cells for each unit of an axis
+  Point3 GetPerUnit() const { return perUnit_; }  // for the stations: cells, or parts, for each unit of an axis
 
   // All pairs of a station of one block, which is the first of the pair, and one of another block.
   void AddPairs(const LagStations& firsts, int firstBlock, const LagStations& seconds, int secondBlock);
   // All pairs of two stations of a block, the earlier one first.
   void AddPairsWithin(const LagStations& stations, int block);
-  // The grid with its mirror cells, normalised: of the size that the binning says.
-  void Finish(LagGrid& grid);
+  // The cells and their mirrors, normalised: as many as the binning says.
+  LagGrid::Cells Finish();
 
  private:
   struct Total {
@@ -48,6 +50,7 @@ class LagGridFiller {
   void Flush();
 
   const LagBinning& binning_;
+  double scale_;
   Point3 perUnit_{};
   Point3 limits_{};         // of the distances in range, in cells, and a little more
   bool estimates_ = false;  // whether the grid is one that can be estimated at all

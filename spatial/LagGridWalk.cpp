@@ -7,14 +7,14 @@
 #include <cstdint>
 #include <numeric>
 
-#include "spatial/Stats_PointSearch.h"
+#include "spatial/LeafSearch.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
 
 namespace {
 
-using Node = CPointSearch::Node;
+using Node = PointIndex::Node;
 
 Box Widen(Box box, const Point3& range) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -24,16 +24,47 @@ Box Widen(Box box, const Point3& range) {
   return box;
 }
 
+// How far apart the eighth and the last eighth of the finite co-ordinates of some stations begin.
+double FindSpread(CStats_Data& data, int dim, const std::vector<int>& stations) {
+  std::vector<double> values(stations.size());
+  std::vector<unsigned char> valid(stations.size());
+  data.ReadValuesAt(dim, stations.data(), static_cast<int>(stations.size()), values.data(), valid.data());
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (valid[i] != 0 && std::isfinite(values[i])) values[count++] = values[i];
+  }
+  std::sort(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(count));
+  return count == 0 ? 0 : values[count - 1 - count / 8] - values[count / 8];
+}
+
 }  // namespace
 
 LagGridWalk::LagGridWalk(const Source& source, const LagBinning& binning, int stride, pair_kernel::Level level)
     : source_(source),
       binning_(binning),
       stride_(stride),
-      filler_(binning, level),
+      filler_(binning, level, FindScale(source, binning)),
       stations_(source.mean, filler_.GetPerUnit()),
       firsts_(source.mean, filler_.GetPerUnit()),
       seconds_(source.mean, filler_.GetPerUnit()) {}
+
+// How many parts a cell is to be cut into where nearly all stations lie in too small a corner of one for floats; 1
+// elsewhere. One station far off makes the default range as large as that.
+double LagGridWalk::FindScale(const Source& source, const LagBinning& binning) {
+  constexpr int kMost = 1000;         // stations looked at
+  constexpr double kSmall = 0x1p-40;  // cells: their square is still far from the least float
+  const int total = source.data->GetSize();
+  const int looks = std::min(total, kMost);
+  std::vector<int> stations;
+  for (int i = 0; i < looks; ++i) stations.push_back(static_cast<int>(std::int64_t{total} * i / looks));
+  double largest = 0;
+  for (int axis = 0; axis < 3; ++axis) {
+    if (source.dims[axis] == kNoColumn) continue;
+    largest = std::max(largest, FindSpread(*source.data, source.dims[axis], stations) / binning.GetWidth(axis));
+  }
+  if (!(largest > 0 && largest < kSmall)) return 1;
+  return std::exp2(std::floor(-std::log2(largest)) - 5);  // with room for those that lie further out
+}
 
 bool LagGridWalk::AddBlocks(const LagStations& firsts, int block, const LagStations& seconds, int begin, int end) {
   for (int other = begin; other < end; ++other) {
@@ -53,8 +84,8 @@ bool LagGridWalk::WalkWithin(const LagStations& stations, int begin, int end) {
 
 // Through the search.
 
-void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
-  const int fields[3] = {search.GetFieldX(), search.GetFieldY(), search.GetFieldZ()};
+void LagGridWalk::GatherLeaves(const StationIndex& index) {
+  const PointIndex& points = *index.points;
   std::vector<double> values;
   std::vector<unsigned char> valid;
   std::vector<double> read[3];
@@ -72,18 +103,24 @@ void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
     for (int axis = 0; axis < 3; ++axis) {
       const int dim = source_.dims[axis];
       if (dim == kNoColumn) continue;
-      places[axis] = search.GetLeafCoordinates(*leaf, std::min(axis, search.GetDimensions() - 1));
-      if (axis < search.GetDimensions() && fields[axis] == dim) continue;
+      places[axis] = points.GetLeafCoordinates(*leaf, std::min(axis, points.axes - 1));
+      if (axis < points.axes && index.fields[static_cast<std::size_t>(axis)] == dim) continue;
       read[axis].resize(count);
       source_.data->ReadRawValuesAt(dim, leaf->points.data(), size, read[axis].data());
       places[axis] = read[axis].data();
     }
     Leaf entry{stations_.GetBlockCount(), 0, stations_.GetSize(), size};
     for (std::size_t p = 0; p < count; ++p) {
+      // A column that isn't one of the search's may have any number.
+      for (const double* column : places) {
+        if (column != nullptr && !std::isfinite(column[p])) valid[p] = 0;
+      }
       if (stride_ > 1) hasValue_.push_back(valid[p]);
       if (valid[p] == 0 && stride_ == 1) continue;
       Point3 place{};
-      for (std::size_t axis = 0; axis < 3; ++axis) place[axis] = places[axis] != nullptr ? places[axis][p] : 0;
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        if (places[axis] != nullptr && valid[p] != 0) place[axis] = places[axis][p];
+      }
       stations_.Append(place, valid[p] != 0 ? values[p] : 0);
     }
     entry.lastBlock = stations_.CloseBlocks();
@@ -92,25 +129,26 @@ void LagGridWalk::GatherLeaves(CStats_PointSearch& search) {
 }
 
 // Which of the leaves from this one on its box meets, in their order, which is that of the search's store.
-std::vector<int> LagGridWalk::FindLeavesWithin(CStats_PointSearch& search, int leaf, const Point3& range) {
+std::vector<int> LagGridWalk::FindLeavesWithin(const PointIndex& points, int leaf, const Point3& range) {
   const auto comesBefore = [](const Node* a, const Node* b) { return a->run < b->run; };
   const auto own = nodes_.begin() + leaf;
-  search.CollectLeavesInBox(found_, Widen((*own)->box, range), false);
+  found_.clear();
+  leaf_search::CollectInBox(found_, points.GetRoot(), points.axes, Widen((*own)->box, range), false);
   std::vector<int> near;
-  for (Node* node : found_) {
+  for (const Node* node : found_) {
     if (comesBefore(node, *own)) continue;
     near.push_back(static_cast<int>(std::lower_bound(own, nodes_.end(), node, comesBefore) - nodes_.begin()));
   }
   return near;
 }
 
-bool LagGridWalk::WalkLeaves(CStats_PointSearch& search, const Point3& range, PairProgress& progress) {
+bool LagGridWalk::WalkLeaves(const StationIndex& index, const Point3& range, PairProgress& progress) {
   progress_ = &progress;
-  search.CollectLeaves(nodes_, false);
-  GatherLeaves(search);
+  leaf_search::Collect(nodes_, index.points->GetRoot(), false, [](const Box&) { return true; });
+  GatherLeaves(index);
   const int leaves = static_cast<int>(nodes_.size());
   for (int leaf = 0; leaf < leaves; ++leaf) {
-    const std::vector<int> near = FindLeavesWithin(search, leaf, range);
+    const std::vector<int> near = FindLeavesWithin(*index.points, leaf, range);
     const bool done = stride_ == 1 ? WalkWholeLeaf(leaf, near) : WalkSampledLeaf(leaf, near);
     if (!done || !progress.Report(leaf, leaves)) return false;
   }
@@ -168,7 +206,7 @@ bool LagGridWalk::WalkSampledLeaf(int leaf, const std::vector<int>& near) {
 
 // Without a search.
 
-// Stations with a value and a place.
+// Stations with a value and a finite place.
 void LagGridWalk::GatherAll() {
   constexpr int kRun = 512;
   const int total = source_.data->GetSize();
@@ -190,7 +228,10 @@ void LagGridWalk::GatherAll() {
     }
     for (int i = 0; i < count; ++i) {
       if ((valid[0][i] & valid[1][i] & valid[2][i] & valid[3][i]) == 0) continue;
-      stations_.Append({values[0][i], values[1][i], values[2][i]}, values[3][i]);
+      const Point3 place{values[0][i], values[1][i], values[2][i]};
+      if (std::all_of(place.begin(), place.end(), [](double x) { return std::isfinite(x); })) {
+        stations_.Append(place, values[3][i]);
+      }
     }
   }
 }

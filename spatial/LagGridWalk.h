@@ -8,12 +8,11 @@
 #include "spatial/LagGridFiller.h"
 #include "spatial/LagStations.h"
 #include "spatial/PairProgress.h"
-#include "spatial/PointSearch.h"
+#include "spatial/StationIndex.h"
 
 namespace tallyscope {
 
 class CStats_Data;
-class CStats_PointSearch;
 
 // Walks the pairs of a lag grid. `dims` are the columns of the places, kNoColumn on an inactive axis. Of each `stride`
 // stations one is taken.
@@ -31,12 +30,12 @@ class LagGridWalk {
   LagGridWalk(const Source& source, const LagBinning& binning, int stride, pair_kernel::Level level);
 
   // Leaf by leaf: each with itself and with the later ones that its box, widened by `range`, meets. The stride counts
-  // the points of the leaves in this order. False when the sink cancels.
-  bool WalkLeaves(CStats_PointSearch& search, const Point3& range, PairProgress& progress);
+  // the points of the leaves in this order. False when the sink cancels. The index must outlive the call.
+  bool WalkLeaves(const StationIndex& index, const Point3& range, PairProgress& progress);
   // Each station with all later ones.
   bool WalkAll(PairProgress& progress);
 
-  void Finish(LagGrid& grid) { filler_.Finish(grid); }
+  LagGrid::Cells Finish() { return filler_.Finish(); }
 
  private:
   struct Leaf {
@@ -47,8 +46,9 @@ class LagGridWalk {
   };
   class Sampler;
 
-  void GatherLeaves(CStats_PointSearch& search);
-  std::vector<int> FindLeavesWithin(CStats_PointSearch& search, int leaf, const Point3& range);
+  static double FindScale(const Source& source, const LagBinning& binning);
+  void GatherLeaves(const StationIndex& index);
+  std::vector<int> FindLeavesWithin(const PointIndex& points, int leaf, const Point3& range);
   const Leaf& GetLeaf(int leaf) const { return leaves_[static_cast<std::size_t>(leaf)]; }
   bool WalkWholeLeaf(int leaf, const std::vector<int>& near);
   bool WalkSampledLeaf(int leaf, const std::vector<int>& near);
@@ -63,8 +63,8 @@ class LagGridWalk {
   LagStations stations_;
   LagStations firsts_;  // samples of a leaf, and of those that it meets
   LagStations seconds_;
-  CPointSearch::Leaves nodes_;
-  CPointSearch::Leaves found_;
+  std::vector<const PointIndex::Node*> nodes_;
+  std::vector<const PointIndex::Node*> found_;
   std::vector<Leaf> leaves_;             // of the nodes
   std::vector<unsigned char> hasValue_;  // with a stride only: nulls count as steps there
   PairProgress* progress_ = nullptr;

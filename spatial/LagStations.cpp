@@ -3,10 +3,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <numeric>
 #include <utility>
 
 namespace tallyscope {
+
+namespace {
+
+constexpr double kMostReach = 1e5;  // cells, of which a float still tells a fortieth
+
+}  // namespace
 
 void LagStations::Clear() {
   for (auto& places : places_) places.clear();
@@ -34,10 +40,8 @@ void LagStations::Append(const LagStations& from, int station) {
 }
 
 void LagStations::SortAlongX() {
-  std::vector<int> order;
-  for (int i = 0; i < GetSize(); ++i) {
-    if (!std::isnan(places_[0][static_cast<std::size_t>(i)])) order.push_back(i);
-  }
+  std::vector<int> order(values_.size());
+  std::iota(order.begin(), order.end(), 0);
   const auto& x = places_[0];
   std::sort(order.begin(), order.end(),
             [&x](int a, int b) { return x[static_cast<std::size_t>(a)] < x[static_cast<std::size_t>(b)]; });
@@ -53,33 +57,62 @@ int LagStations::CloseBlocks() {
   const int blocks = (size - closed_ + kBlock - 1) / kBlock;
   for (int left = blocks; left > 0; --left) {
     const int count = (size - closed_) / left;
-    blocks_.push_back(MakeBlock(closed_, count));
+    const Block block = MakeBlock(closed_, count);
+    if (*std::max_element(block.reach.begin(), block.reach.end()) <= kMostReach) {
+      blocks_.push_back(block);
+    } else {
+      CutBlock(block);
+    }
     closed_ += count;
   }
   return GetBlockCount();
 }
 
-// A station without a number for a co-ordinate, which is near no other, has no part in the reach.
+// Into runs that are compact, as long as they are few: where most stations are far apart blocks of one or two would
+// cost more than the estimate saves.
+void LagStations::CutBlock(const Block& block) {
+  constexpr int kMostParts = kBlock / 4;
+  int ends[kMostParts];
+  int parts = 0;
+  int first = block.first;
+  for (int i = first + 1; i <= block.first + block.count && parts < kMostParts; ++i) {
+    if (i < block.first + block.count && IsCompact(first, i + 1 - first)) continue;
+    ends[parts++] = first = i;
+  }
+  if (first < block.first + block.count) return blocks_.push_back(block);
+  first = block.first;
+  for (int part = 0; part < parts; ++part) {
+    blocks_.push_back(MakeBlock(first, ends[part] - first));
+    first = ends[part];
+  }
+}
+
+bool LagStations::IsCompact(int first, int count) const {
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const auto [low, high] = std::minmax_element(places_[axis].data() + first, places_[axis].data() + first + count);
+    if (!((*high - *low) * perUnit_[axis] <= kMostReach)) return false;
+  }
+  return true;
+}
+
 LagStations::Block LagStations::MakeBlock(int first, int count) {
   Block block;
   block.first = first;
   block.count = count;
   for (std::size_t axis = 0; axis < 3; ++axis) {
     const double* places = places_[axis].data() + first;
-    double low = std::numeric_limits<double>::infinity();
-    double high = -low;
-    for (int i = 0; i < count; ++i) {
+    double low = places[0];
+    double high = low;
+    for (int i = 1; i < count; ++i) {
       low = std::min(low, places[i]);
       high = std::max(high, places[i]);
     }
-    block.centre[axis] = low <= high ? low + (high - low) / 2 : 0;
+    block.centre[axis] = low + (high / 2 - low / 2);  // can't overflow
     float* offsets = offsets_[axis].data() + first;
     for (int i = 0; i < count; ++i) {
       const double offset = (places[i] - block.centre[axis]) * perUnit_[axis];
       offsets[i] = static_cast<float>(offset);
-      if (std::isnan(places[i])) continue;
-      block.reach[axis] =
-          std::max(block.reach[axis], std::isnan(offset) ? std::numeric_limits<double>::infinity() : std::fabs(offset));
+      block.reach[axis] = std::max(block.reach[axis], std::fabs(offset));
     }
   }
   return block;

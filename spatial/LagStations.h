@@ -12,7 +12,7 @@ namespace tallyscope {
 // The stations of a walk over pairs, laid out for it: their places and values in contiguous arrays, in the order in
 // which they are walked, cut into blocks of neighbours. Places come twice: in double as they are, and in float in units
 // of the grid's cells from the middle of their block. The floats are small, so little is lost in them, wherever the
-// co-ordinates have their origin.
+// co-ordinates have their origin. Co-ordinates are finite.
 class LagStations {
  public:
   static constexpr int kBlock = 96;  // most stations of a block
@@ -37,8 +37,9 @@ class LagStations {
   void Reserve(std::size_t count);
   void Append(const Point3& place, double value);
   void Append(const LagStations& from, int station);
-  void SortAlongX();  // before there are blocks; drops stations without a number for x
-  // Makes blocks of the stations that were appended since the last call; returns the number of blocks so far.
+  void SortAlongX();  // before there are blocks
+  // Makes blocks of the stations that were appended since the last call; returns the number of blocks so far. A station
+  // so far from its neighbours that floats would lose them gets a block of its own.
   int CloseBlocks();
 
   int GetSize() const { return static_cast<int>(values_.size()); }
@@ -51,6 +52,8 @@ class LagStations {
 
  private:
   Block MakeBlock(int first, int count);
+  void CutBlock(const Block& block);
+  bool IsCompact(int first, int count) const;
 
   double mean_;
   Point3 perUnit_;

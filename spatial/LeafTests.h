@@ -7,7 +7,7 @@
 #include <cstddef>
 
 #include "platform/core/Box.h"
-#include "spatial/PointSearch.h"
+#include "spatial/PointIndex.h"
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -35,8 +35,8 @@ inline double FullCircleAngle(double dx, double dy) {
 template <int kAxes>
 class Columns {
  public:
-  Columns(const CPointSearch& search, const CPointSearch::Node& leaf) {
-    for (int axis = 0; axis < kAxes; ++axis) columns_[axis] = search.GetLeafCoordinates(leaf, axis);
+  Columns(const PointIndex& index, const PointIndex::Node& leaf) {
+    for (int axis = 0; axis < kAxes; ++axis) columns_[axis] = index.GetLeafCoordinates(leaf, axis);
   }
   // A part of a leaf.
   explicit Columns(const std::array<const double*, kAxes>& parts) { std::copy(parts.begin(), parts.end(), columns_); }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "files/NumberText.h"
 #include "files/UTextFile.h"
@@ -41,28 +42,36 @@ double CModelVariogram::*FindMember(CUTextFile& line) {
   return found;
 }
 
-void ReadType(CUTextFile& line, CModelVariogram& nest) {
+bool ReadType(CUTextFile& line, CModelVariogram& nest) {
   const auto types = GetNestTypes();
   const auto found =
       std::find_if(types.begin(), types.end(), [&](const NestType& type) { return line.IsToken(1, type.name); });
-  if (found != types.end()) nest.type = static_cast<int>(found - types.begin());
+  if (found == types.end()) return false;
+  nest.type = static_cast<int>(found - types.begin());
+  return true;
 }
 
-// A line counts for the last nest that was begun; before the first one only the isotropic nugget counts.
-void ReadModelLine(CUTextFile& line, CStats_ModelVariogram& model) {
+// A line counts for the last nest that was begun; before the first one only the isotropic nugget counts. False if it
+// says nothing.
+bool ReadModelLine(CUTextFile& line, CStats_ModelVariogram& model) {
   const bool hasNumber = line.IsWord(1, "");  // in quotes it is none
+  const bool begins = line.IsToken(1, "Begin");
+  const bool ends = line.IsToken(1, "End");
   if (line.IsToken(0, "IsotropicNugget")) {
     if (hasNumber) model.SetIsotropicNugget(ParseLeadingNumber(line.GetToken(1)));
-  } else if (line.IsToken(0, "Nest")) {
-    if (line.IsToken(1, "Begin")) model.AddNest();
-  } else if (model.nests.empty()) {
-    return;
-  } else if (line.IsToken(0, "Type")) {
-    ReadType(line, model.nests.back());
-  } else if (hasNumber) {
-    const auto member = FindMember(line);
-    if (member != nullptr) model.nests.back().*member = ParseLeadingNumber(line.GetToken(1));
+    return hasNumber;
   }
+  if (line.IsToken(0, "Nest")) {
+    if (begins) model.AddNest();
+    return begins || ends;
+  }
+  if (line.IsToken(0, "Model")) return begins || ends;
+  if (model.nests.empty()) return false;
+  if (line.IsToken(0, "Type")) return ReadType(line, model.nests.back());
+  const auto member = FindMember(line);
+  if (!hasNumber || member == nullptr) return false;
+  model.nests.back().*member = ParseLeadingNumber(line.GetToken(1));
+  return true;
 }
 
 CString FormatNest(const CModelVariogram& nest) {
@@ -97,20 +106,35 @@ bool SaveToFile(const CStats_ModelVariogram& model, const CString& path, CString
   return false;
 }
 
-void ReadModel(CUTextFile& file, CStats_ModelVariogram& model) {
-  model.Reset();
-  while (file.ReadLine()) ReadModelLine(file, model);
-  model.Update(model.dimension);
+bool ReadModel(CUTextFile& file, CStats_ModelVariogram& model, ModelFileLines& lines) {
+  CStats_ModelVariogram read;
+  lines = {};
+  for (int number = 1; file.ReadLine(); ++number) {
+    const bool isBlank = file.GetTokenCount() == 0 || file.GetTokenType(0) == CUTokeniser::kComment;
+    if (isBlank) continue;
+    if (ReadModelLine(file, read)) {
+      ++lines.good;
+    } else if (lines.firstOdd == 0) {
+      lines.firstOdd = number;
+      lines.oddText = file.GetTokeniser().GetLine();
+    }
+  }
+  if (file.IsFailed()) return false;
+  read.Update(model.dimension);
+  model = std::move(read);
+  return true;
+}
+
+bool LoadFromFile(CStats_ModelVariogram& model, const CString& path, ModelFileLines& lines, CString& error) {
+  CUTextFile file;
+  if (file.Open(path, 1, 0, 0) && ReadModel(file, model, lines)) return true;
+  error = file.GetErrorText();
+  return false;
 }
 
 bool LoadFromFile(CStats_ModelVariogram& model, const CString& path, CString& error) {
-  CUTextFile file;
-  if (!file.Open(path, 1, 0, 0)) {
-    error = file.GetErrorText();
-    return false;
-  }
-  ReadModel(file, model);
-  return true;
+  ModelFileLines lines;
+  return LoadFromFile(model, path, lines, error);
 }
 
 }  // namespace tallyscope

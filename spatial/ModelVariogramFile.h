@@ -18,12 +18,21 @@ void WriteModel(const CModelVariogram& nest, CUTextFile& file);  // the lines of
 // Writes the file whole or not at all. False when it can't be written: `error` then says why in full sentences.
 bool SaveToFile(const CStats_ModelVariogram& model, const CString& path, CString& error);
 
-// Fills the model from an open file. There is no bad file: lines that say nothing are skipped, and a file without any
-// gives an empty model. The model is brought up to date in the dimension that it had.
-void ReadModel(CUTextFile& file, CStats_ModelVariogram& model);
+// What the lines of a file said to the reader.
+struct ModelFileLines {
+  int good = 0;      // lines that say something; a file without any is no model's
+  int firstOdd = 0;  // number of the first other line that isn't blank or a comment, from 1; 0 without one
+  CString oddText;
+};
 
-// The same by path. False when the file doesn't open: `error` then says why in full sentences, and the model is as it
-// was.
+// Fills the model from an open file, in the dimension that it had. There is no bad file: lines that say nothing are
+// skipped, and a file without any gives an empty model. False when reading fails, which the file's error text tells;
+// the model is then as it was.
+[[nodiscard]] bool ReadModel(CUTextFile& file, CStats_ModelVariogram& model, ModelFileLines& lines);
+
+// The same by path. False when the file doesn't open or can't be read to its end: `error` then says why in full
+// sentences, and the model is as it was.
 bool LoadFromFile(CStats_ModelVariogram& model, const CString& path, CString& error);
+bool LoadFromFile(CStats_ModelVariogram& model, const CString& path, ModelFileLines& lines, CString& error);
 
 }  // namespace tallyscope

@@ -1,156 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "spatial/PointSearch.h"
 
-#include <algorithm>
-#include <cmath>
-#include <cstddef>
-#include <limits>
-#include <type_traits>
-#include <utility>
+#include <span>
+
+#include "spatial/LeafSearch.h"
 
 namespace tallyscope {
 
-namespace {
-
-using Node = CPointSearch::Node;
-using Leaves = CPointSearch::Leaves;
-
-constexpr double kHalfPi = 1.5707963267948966;
-constexpr double kFarthestHit = 1e10;  // ray parameter
-
-// Appends the leaves of the subtree; `keep` says whether a node may hold what is looked for.
-template <class Keep>
-void Collect(Leaves& out, Node* node, bool includeEmpty, const Keep& keep) {
-  if (node == nullptr || !keep(node->box)) return;
-  if (node->IsLeaf()) {
-    if (includeEmpty || !node->points.empty()) out.push_back(node);
-    return;
-  }
-  Collect(out, node->left, includeEmpty, keep);
-  Collect(out, node->right, includeEmpty, keep);
-}
-
-// Without a branch per face.
-template <int kAxes>
-bool Meets(const Box& cell, const Box& box) {
-  int misses = 0;
-  for (std::size_t axis = 0; axis < kAxes; ++axis) {
-    misses |=
-        static_cast<int>(!(box.min[axis] < cell.max[axis])) | static_cast<int>(!(cell.min[axis] <= box.max[axis]));
-  }
-  return misses == 0;
-}
-
-// Calls `action` with the number of axes as a constant.
-template <class Action>
-void WithAxes(int axes, const Action& action) {
-  switch (axes) {
-    case 1:
-      return action(std::integral_constant<int, 1>());
-    case 2:
-      return action(std::integral_constant<int, 2>());
-    default:
-      return action(std::integral_constant<int, 3>());
-  }
-}
-
-template <int kAxes>
-bool SticksOut(const Box& cell, const Box& inner) {
-  for (std::size_t axis = 0; axis < kAxes; ++axis) {
-    if (cell.min[axis] < inner.min[axis] || inner.max[axis] <= cell.max[axis]) return true;
-  }
-  return false;
-}
-
-template <int kAxes>
-bool IsNear(const Box& cell, const Point3& centre, double radius) {
-  for (std::size_t axis = 0; axis < kAxes; ++axis) {
-    if (cell.max[axis] <= centre[axis] - radius || centre[axis] + radius < cell.min[axis]) return false;
-  }
-  return true;
-}
-
-template <int kAxes>
-double SquaredDistance(const Box& cell, const Point3& point) {
-  double sum = 0;
-  for (std::size_t axis = 0; axis < kAxes; ++axis) {
-    const double value = point[axis];
-    if (value >= cell.min[axis] && value <= cell.max[axis]) continue;
-    const double gap = std::min(std::fabs(value - cell.min[axis]), std::fabs(value - cell.max[axis]));
-    sum += gap * gap;
-  }
-  return sum;
-}
-
-// A ray against a box by slabs: Williams, Barrus, Morley and Shirley, "An efficient and robust ray-box intersection
-// algorithm" (2005). Inverse components keep the sign of a zero, so a ray along a face takes the right side.
-class Ray {
- public:
-  Ray(const Point3& origin, const Point3& direction) : origin_(origin) {
-    for (std::size_t axis = 0; axis < 3; ++axis) inverse_[axis] = 1.0 / direction[axis];
-  }
-
-  bool Pierces(const Box& box) const {
-    double entry = 0;
-    double exit = 0;
-    GetSlab(box, 0, entry, exit);
-    for (std::size_t axis = 1; axis < 3; ++axis) {
-      double slabEntry = 0;
-      double slabExit = 0;
-      GetSlab(box, axis, slabEntry, slabExit);
-      if (entry > slabExit || slabEntry > exit) return false;
-      if (slabEntry > entry) entry = slabEntry;
-      if (slabExit < exit) exit = slabExit;
-    }
-    return entry < kFarthestHit && exit > 0;
-  }
-
- private:
-  void GetSlab(const Box& box, std::size_t axis, double& entry, double& exit) const {
-    entry = (box.min[axis] - origin_[axis]) * inverse_[axis];
-    exit = (box.max[axis] - origin_[axis]) * inverse_[axis];
-    if (inverse_[axis] < 0) std::swap(entry, exit);
-  }
-
-  Point3 origin_;
-  Point3 inverse_{};
-};
-
-void Include(Box& box, double x, double y, double hair) {
-  box.min[0] = std::min(box.min[0], x - hair);
-  box.max[0] = std::max(box.max[0], x + hair);
-  box.min[1] = std::min(box.min[1], y - hair);
-  box.max[1] = std::max(box.max[1], y + hair);
-}
-
-// Bounds of a ring sector in the plane: its four corners, and the outermost points on those axis directions that lie
-// between its ends. The corners are a hair wider, since their sines and cosines are rounded.
-Box BoundSector(const Point3& centre, double outer, double inner, double start, double end) {
-  constexpr double kEverywhere = std::numeric_limits<double>::infinity();
-  Box box;
-  box.min = {kEverywhere, kEverywhere, -kEverywhere};
-  box.max = {-kEverywhere, -kEverywhere, kEverywhere};
-  const double hair =
-      4 * std::numeric_limits<double>::epsilon() * (std::fabs(centre[0]) + std::fabs(centre[1]) + std::fabs(outer));
-  for (const double angle : {start, end}) {
-    for (const double radius : {outer, inner}) {
-      Include(box, centre[0] + radius * std::cos(angle), centre[1] + radius * std::sin(angle), hair);
-    }
-  }
-  const double turns = std::floor(start / (4 * kHalfPi));
-  for (int quarter = 0; quarter < 12; ++quarter) {
-    const double angle = (4 * turns + quarter) * kHalfPi;
-    if (!(angle > start && angle < end)) continue;
-    constexpr int kCosine[4] = {1, 0, -1, 0};
-    Include(box, centre[0] + outer * kCosine[quarter % 4], centre[1] + outer * kCosine[(quarter + 3) % 4], 0);
-  }
-  return box;
-}
-
-}  // namespace
-
 void CPointSearch::CollectLeaves(Leaves& out, Node* node, bool includeEmpty) {
-  Collect(out, node, includeEmpty, [](const Box&) { return true; });
+  leaf_search::Collect(out, node, includeEmpty, [](const Box&) { return true; });
 }
 
 void CPointSearch::CollectLeaves(Leaves& out, bool includeEmpty) {
@@ -159,9 +17,7 @@ void CPointSearch::CollectLeaves(Leaves& out, bool includeEmpty) {
 }
 
 void CPointSearch::CollectLeavesInBox(Leaves& out, Node* node, const Box& box, bool includeEmpty) {
-  WithAxes(GetAxes(), [&](auto axes) {
-    Collect(out, node, includeEmpty, [&](const Box& cell) { return Meets<axes()>(cell, box); });
-  });
+  leaf_search::CollectInBox(out, node, GetAxes(), box, includeEmpty);
 }
 
 void CPointSearch::CollectLeavesInBox(Leaves& out, const Box& box, bool includeEmpty) {
@@ -171,10 +27,7 @@ void CPointSearch::CollectLeavesInBox(Leaves& out, const Box& box, bool includeE
 
 void CPointSearch::CollectLeavesBetweenBoxes(Leaves& out, Node* node, const Box& outer, const Box& inner,
                                              bool includeEmpty) {
-  WithAxes(GetAxes(), [&](auto axes) {
-    Collect(out, node, includeEmpty,
-            [&](const Box& cell) { return Meets<axes()>(cell, outer) && SticksOut<axes()>(cell, inner); });
-  });
+  leaf_search::CollectBetweenBoxes(out, node, GetAxes(), outer, inner, includeEmpty);
 }
 
 void CPointSearch::CollectLeavesBetweenBoxes(Leaves& out, const Box& outer, const Box& inner, bool includeEmpty) {
@@ -184,14 +37,7 @@ void CPointSearch::CollectLeavesBetweenBoxes(Leaves& out, const Box& outer, cons
 
 void CPointSearch::CollectLeavesInSphere(Leaves& out, Node* node, const Point3& centre, double radius,
                                          bool includeEmpty) {
-  const std::size_t before = out.size();
-  WithAxes(GetAxes(), [&](auto axes) {
-    Collect(out, node, includeEmpty, [&](const Box& cell) { return IsNear<axes()>(cell, centre, radius); });
-    const auto isTooFar = [&](const Node* leaf) {
-      return !(SquaredDistance<axes()>(leaf->box, centre) <= radius * radius);
-    };
-    out.erase(std::remove_if(out.begin() + static_cast<std::ptrdiff_t>(before), out.end(), isTooFar), out.end());
-  });
+  leaf_search::CollectInSphere(out, node, GetAxes(), centre, radius, includeEmpty);
 }
 
 void CPointSearch::CollectLeavesInSphere(Leaves& out, const Point3& centre, double radius, bool includeEmpty) {
@@ -201,13 +47,13 @@ void CPointSearch::CollectLeavesInSphere(Leaves& out, const Point3& centre, doub
 
 void CPointSearch::CollectLeavesInSector(Leaves& out, const Point3& centre, double outerRadius, double innerRadius,
                                          double startAngle, double endAngle, bool includeEmpty) {
-  CollectLeavesInBox(out, GetRoot(), BoundSector(centre, outerRadius, innerRadius, startAngle, endAngle), includeEmpty);
+  CollectLeavesInBox(out, GetRoot(), leaf_search::BoundSector(centre, outerRadius, innerRadius, startAngle, endAngle),
+                     includeEmpty);
 }
 
 void CPointSearch::CollectLeavesOnRay(Leaves& out, Node* node, const Point3& origin, const Point3& direction,
                                       bool includeEmpty) {
-  if (GetAxes() < 3) return;
-  Collect(out, node, includeEmpty, [ray = Ray(origin, direction)](const Box& cell) { return ray.Pierces(cell); });
+  leaf_search::CollectOnRays(out, node, GetAxes(), std::span(&origin, 1), std::span(&direction, 1), includeEmpty);
 }
 
 void CPointSearch::CollectLeavesOnRay(Leaves& out, const Point3& origin, const Point3& direction, bool includeEmpty) {
@@ -217,14 +63,7 @@ void CPointSearch::CollectLeavesOnRay(Leaves& out, const Point3& origin, const P
 
 void CPointSearch::CollectLeavesOnRays(Leaves& out, Node* node, const std::vector<Point3>& origins,
                                        const std::vector<Point3>& directions, bool includeEmpty) {
-  if (GetAxes() < 3) return;
-  std::vector<Ray> rays;
-  for (std::size_t i = 0; i < std::min(origins.size(), directions.size()); ++i) {
-    rays.emplace_back(origins[i], directions[i]);
-  }
-  Collect(out, node, includeEmpty, [&rays](const Box& cell) {
-    return std::any_of(rays.begin(), rays.end(), [&cell](const Ray& ray) { return ray.Pierces(cell); });
-  });
+  leaf_search::CollectOnRays(out, node, GetAxes(), origins, directions, includeEmpty);
 }
 
 void CPointSearch::CollectLeavesOnRays(Leaves& out, const std::vector<Point3>& origins,

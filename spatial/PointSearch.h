@@ -5,11 +5,12 @@
 #include <vector>
 
 #include "platform/core/Box.h"
-#include "spatial/3DPointBinaryPartition.h"
-#include "spatial/CoordinateStore.h"
-#include "spatial/DLBTree.h"
+#include "spatial/PointIndex.h"
 
 namespace tallyscope {
+
+class CProgressSink;
+class PairProgress;
 
 // A binary space partition over points in one, two or three dimensions. A derived class says how many points there are,
 // where they lie and which are valid. Searches answer with leaves, whose points the caller tests against the exact
@@ -21,10 +22,11 @@ namespace tallyscope {
 //   search.CollectLeavesInBox(leaves, query, false);
 // Only the first GetDimensions() axes are looked at, everywhere. A split gives points below the cut to the left and
 // those on it to the right; a cut that rounding would put on a face of its box isn't made, so every build ends. The
-// leaves keep a copy of their points' co-ordinates: points that move want a new build.
+// leaves keep a copy of their points' co-ordinates: points that move want a new build. What has been shared stays as it
+// is: whatever would change it from then on works on a copy.
 class CPointSearch {
  public:
-  using Node = C3DPointBinaryPartition;
+  using Node = PointIndex::Node;
   using Leaves = std::vector<Node*>;
 
   CPointSearch() = default;
@@ -100,20 +102,31 @@ class CPointSearch {
   virtual void ReadPointsAt(const int* indices, int count, double* const* coordinates);
 
   // The tree, null before Initialise. Who deletes leaves must call SetPartitioned(false) in the end.
-  CDLBTree<Node>* GetTree() { return tree_.get(); }
+  CDLBTree<Node>* GetTree();
+  // What was built; null unless partitioned.
+  std::shared_ptr<const PointIndex> Share() { return IsPartitioned() ? index_ : nullptr; }
   int GetLeafCapacity() const { return leafCapacity_; }
   double GetTargetLeafVolume() const { return targetLeafVolume_; }
   // Co-ordinates of a leaf's points along an active axis, in their order.
-  const double* GetLeafCoordinates(const Node& leaf, int axis) const { return store_.GetRun(axis, leaf.run); }
+  const double* GetLeafCoordinates(const Node& leaf, int axis) const { return index_->GetLeafCoordinates(leaf, axis); }
+
+ protected:
+  // Partition with a sink, which is told the share done. False, without a tree, when it cancels.
+  bool PartitionUnlessCancelled(CProgressSink* progress);
+  const PointIndex* GetIndex() const { return index_.get(); }  // null before Initialise
 
  private:
   struct Cut;
 
-  Node* GetRoot() { return tree_ != nullptr ? tree_->GetRoot() : nullptr; }
+  Node* GetRoot() { return index_ != nullptr ? index_->tree.GetRoot() : nullptr; }
+  PointIndex& Own();
   Node* PrepareRoot();
   int GetAxes();
   void DestroyTree();
-  std::vector<int> StoreValidPoints();
+  bool StoreValidPoints(std::vector<int>& indices, PairProgress& progress);
+  bool PartitionRoot(std::vector<int>& indices, PairProgress& progress);
+  bool SplitNode(Node* node, std::vector<int>& indices);
+  void CopyPointsToLeaves(const std::vector<int>& indices);
   void StoreLeaves();
   bool IsDegenerate(const Box& box);
   double GetVolume(const Box& box);
@@ -126,8 +139,7 @@ class CPointSearch {
   int leafCapacity_ = 64;
   double targetLeafVolume_ = 1.0;
   bool partitioned_ = false;
-  std::unique_ptr<CDLBTree<Node>> tree_;
-  CoordinateStore store_;
+  std::shared_ptr<PointIndex> index_;
 };
 
 }  // namespace tallyscope

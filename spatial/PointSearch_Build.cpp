@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
+#include "spatial/PairProgress.h"
 #include "spatial/PointSearch.h"
 
 namespace tallyscope {
@@ -78,8 +81,18 @@ struct CPointSearch::Cut {
 CPointSearch::~CPointSearch() = default;
 
 void CPointSearch::DestroyTree() {
-  tree_.reset();
-  store_.Clear();
+  index_.reset();
+}
+
+// The index for a change: nobody else has it.
+PointIndex& CPointSearch::Own() {
+  if (index_.use_count() > 1) index_ = std::make_shared<PointIndex>(*index_);
+  std::atomic_thread_fence(std::memory_order_acquire);  // after the last look of who had it
+  return *index_;
+}
+
+CDLBTree<CPointSearch::Node>* CPointSearch::GetTree() {
+  return index_ != nullptr ? &Own().tree : nullptr;
 }
 
 void CPointSearch::Reset() {
@@ -92,19 +105,19 @@ void CPointSearch::Reset() {
 void CPointSearch::Initialise(const Box& box, int leafCapacity) {
   DestroyTree();
   leafCapacity_ = std::max(leafCapacity, 0);
-  tree_ = std::make_unique<CDLBTree<Node>>();
-  tree_->GetOrCreateRoot()->box = box;
+  index_ = std::make_shared<PointIndex>();
+  index_->axes = GetAxes();
+  index_->tree.GetOrCreateRoot()->box = box;
   SetPartitioned(false);
 }
 
-// A tree that was built before is cut back to its root.
+// A tree that was built before makes way for one of its root alone.
 CPointSearch::Node* CPointSearch::PrepareRoot() {
   Node* root = GetRoot();
-  if (root == nullptr || root->IsLeaf()) return root;
-  const Box box = root->box;
-  tree_->Clear();
-  tree_->GetOrCreateRoot()->box = box;
-  return tree_->GetRoot();
+  const bool isFresh = root != nullptr && root->IsLeaf() && root->points.empty() && index_.use_count() == 1;
+  if (root == nullptr || isFresh) return root;
+  Initialise(Box(root->box), leafCapacity_);
+  return GetRoot();
 }
 
 int CPointSearch::GetAxes() {
@@ -159,8 +172,8 @@ bool CPointSearch::FindCut(const Box& box, Cut& cut) {
 }
 
 void CPointSearch::MakeChildren(Node* node, const Cut& cut) {
-  Node* left = tree_->AddLeft(node);
-  Node* right = tree_->AddRight(node);
+  Node* left = index_->tree.AddLeft(node);
+  Node* right = index_->tree.AddRight(node);
   left->box = right->box = node->box;
   left->box.max[At(cut.axis)] = cut.position;
   right->box.min[At(cut.axis)] = cut.position;
@@ -169,15 +182,71 @@ void CPointSearch::MakeChildren(Node* node, const Cut& cut) {
 // The bulk build.
 
 void CPointSearch::Partition() {
-  Node* root = PrepareRoot();
-  if (root == nullptr) return;
-  std::vector<int> indices = StoreValidPoints();
-  const int count = static_cast<int>(indices.size());
-  targetLeafVolume_ = leafCapacity_ * GetVolume(root->box) / count;
-  root->first = 0;
-  root->last = count - 1;
-  PartitionNode(root, indices);
+  PartitionUnlessCancelled(nullptr);
+}
 
+bool CPointSearch::PartitionUnlessCancelled(CProgressSink* sink) {
+  Node* root = PrepareRoot();
+  if (root == nullptr) return false;
+  PairProgress progress(sink);
+  std::vector<int> indices;
+  if (!progress.Start("Building the point search") || !StoreValidPoints(indices, progress) ||
+      !PartitionRoot(indices, progress)) {
+    DestroyTree();
+    SetPartitioned(false);
+    return false;
+  }
+  CopyPointsToLeaves(indices);
+  SetPartitioned(true);
+  return true;
+}
+
+bool CPointSearch::StoreValidPoints(std::vector<int>& indices, PairProgress& progress) {
+  const int total = GetPointCount();
+  indices.reserve(At(total));
+  index_->store.Reset(GetAxes(), total);
+  Block block;
+  unsigned char valid[kBlock];
+  for (int first = 0; first < total; first += kBlock) {
+    const int count = std::min(kBlock, total - first);
+    ReadPoints(first, count, block.GetAxes(), valid);
+    index_->store.Append(block.GetAxes(), valid, count);
+    for (int i = 0; i < count; ++i) {
+      if (valid[i] != 0) indices.push_back(first + i);
+    }
+    if (!progress.Report(first, std::int64_t{total} * 2)) return false;  // half of the work
+  }
+  index_->store.ReleaseSpare();
+  return true;
+}
+
+// Nodes of many points are split one by one, so that the sink can be asked between them.
+bool CPointSearch::PartitionRoot(std::vector<int>& indices, PairProgress& progress) {
+  constexpr int kMany = 1 << 16;
+  Node* root = GetRoot();
+  const int total = static_cast<int>(indices.size());
+  targetLeafVolume_ = leafCapacity_ * GetVolume(root->box) / total;
+  root->first = 0;
+  root->last = total - 1;
+  std::vector<Node*> nodes{root};
+  for (std::int64_t done = 0; !nodes.empty();) {
+    Node* node = nodes.back();
+    nodes.pop_back();
+    const int count = node->last - node->first + 1;
+    if (count > kMany && SplitNode(node, indices)) {
+      nodes.push_back(node->right);
+      nodes.push_back(node->left);
+      if (!progress.Work(count)) return false;
+      continue;
+    }
+    if (count <= kMany) PartitionNode(node, indices);
+    done += count;
+    if (total > 0 && !progress.Report(total + done, std::int64_t{total} * 2)) return false;
+  }
+  return true;
+}
+
+void CPointSearch::CopyPointsToLeaves(const std::vector<int>& indices) {
   Leaves leaves;
   CollectLeaves(leaves, true);
   for (Node* leaf : leaves) {
@@ -185,42 +254,27 @@ void CPointSearch::Partition() {
     if (leaf->first < 0 || leaf->last < 0) continue;
     leaf->points.assign(indices.begin() + leaf->first, indices.begin() + leaf->last + 1);
   }
-  SetPartitioned(true);
-}
-
-std::vector<int> CPointSearch::StoreValidPoints() {
-  const int total = GetPointCount();
-  std::vector<int> indices;
-  indices.reserve(At(total));
-  store_.Reset(GetAxes(), total);
-  Block block;
-  unsigned char valid[kBlock];
-  for (int first = 0; first < total; first += kBlock) {
-    const int count = std::min(kBlock, total - first);
-    ReadPoints(first, count, block.GetAxes(), valid);
-    store_.Append(block.GetAxes(), valid, count);
-    for (int i = 0; i < count; ++i) {
-      if (valid[i] != 0) indices.push_back(first + i);
-    }
-  }
-  store_.ReleaseSpare();
-  return indices;
 }
 
 void CPointSearch::PartitionNode(Node* node, std::vector<int>& indices) {
+  if (!SplitNode(node, indices)) return;
+  PartitionNode(node->left, indices);
+  PartitionNode(node->right, indices);
+}
+
+bool CPointSearch::SplitNode(Node* node, std::vector<int>& indices) {
   const int count = node->first < 0 ? 0 : std::max(0, node->last - node->first + 1);
   Cut cut;
-  if (count <= 1.5 * leafCapacity_ || targetLeafVolume_ > kSmallLeaf * GetVolume(node->box)) return;
-  if (!node->IsLeaf() || !FindCut(node->box, cut)) return;
+  if (count <= 1.5 * leafCapacity_ || targetLeafVolume_ > kSmallLeaf * GetVolume(node->box)) return false;
+  if (!node->IsLeaf() || !FindCut(node->box, cut)) return false;
   MakeChildren(node, cut);
-  const int below = store_.PartitionByCut(cut.axis, cut.position, node->first, count, indices.data());
+  const int below = index_->store.PartitionByCut(cut.axis, cut.position, node->first, count, indices.data());
   node->left->first = node->first;
   node->left->last = node->first + below - 1;
   node->right->first = node->first + below;
   node->right->last = node->last;
   node->first = node->last = -1;
-  PartitionNode(node->left, indices);
-  PartitionNode(node->right, indices);
+  return true;
 }
 
 // Leaves that hold their own points.
@@ -239,18 +293,18 @@ void CPointSearch::PartitionAll() {
 void CPointSearch::StoreLeaves() {
   Leaves leaves;
   CollectLeaves(leaves, true);
-  store_.Reset(GetAxes(), 0);
+  index_->store.Reset(GetAxes(), 0);
   Block block;
   for (Node* leaf : leaves) {
-    leaf->run = store_.GetSize();
+    leaf->run = index_->store.GetSize();
     const int total = static_cast<int>(leaf->points.size());
     for (int first = 0; first < total; first += kBlock) {
       const int count = std::min(kBlock, total - first);
       ReadPointsAt(leaf->points.data() + first, count, block.GetAxes());
-      store_.Append(block.GetAxes(), nullptr, count);
+      index_->store.Append(block.GetAxes(), nullptr, count);
     }
   }
-  store_.ReleaseSpare();
+  index_->store.ReleaseSpare();
 }
 
 void CPointSearch::SplitLeaf(Node* node) {
@@ -263,7 +317,7 @@ void CPointSearch::SplitLeaf(Node* node) {
 
 void CPointSearch::DealPoints(Node* node, const Cut& cut) {
   MakeChildren(node, cut);
-  const int below = store_.DealByCut(cut.axis, cut.position, node->run, node->points);
+  const int below = index_->store.DealByCut(cut.axis, cut.position, node->run, node->points);
   const auto middle = node->points.begin() + below;
   node->left->points.assign(node->points.begin(), middle);
   node->right->points.assign(middle, node->points.end());
@@ -274,6 +328,8 @@ void CPointSearch::DealPoints(Node* node, const Cut& cut) {
 }
 
 void CPointSearch::RefineLeaves() {
+  if (index_ == nullptr) return SetPartitioned(true);
+  Own();
   Leaves leaves;
   CollectLeaves(leaves, true);
   for (Node* leaf : leaves) RefineLeaf(leaf);
@@ -308,6 +364,8 @@ bool CPointSearch::FindRefinement(const Node& node, Cut& cut) {
 }
 
 void CPointSearch::AddPoints(int first, int last) {
+  if (index_ == nullptr) return;
+  Own();
   for (int index = first; index <= last; ++index) {
     Point3 point{};
     for (int axis = 0; axis < GetAxes(); ++axis) point[At(axis)] = GetCoordinate(index, axis);
@@ -333,6 +391,7 @@ void CPointSearch::ReplaceBoundary(Node* node, const Box& oldBox, const Box& new
 
 void CPointSearch::ExtendBounds(const Box& box) {
   if (GetRoot() == nullptr) return;
+  Own();
   const Box old = GetRoot()->box;
   Box whole = old;
   for (std::size_t axis = 0; axis < 3; ++axis) {

@@ -8,16 +8,15 @@
 
 namespace tallyscope {
 
-CStats_LagGridData::CStats_LagGridData(const CStats_Spatial* spatial) : spatial_(spatial) {
-  int counts[3] = {1, 1, 1};
+CStats_LagGridData::CStats_LagGridData(const CStats_Spatial* spatial) : CStats_LagGridData(spatial->grid) {}
+
+CStats_LagGridData::CStats_LagGridData(const LagGrid& grid) : grid_(grid) {
   for (int axis = 0; axis < 3; ++axis) {
-    if ((spatial->lagFlags >> axis & 1) == 0) continue;
-    counts[axis] = spatial->lagCount[static_cast<std::size_t>(axis)];
-    dimensions_ = axis + 1;
+    if (!grid.empty() && grid.GetSettings().IsActive(axis)) dimensions_ = axis + 1;
   }
-  rowSize_ = counts[0];
-  planeSize_ = counts[0] * counts[1];
-  if (dimensions_ > 0) size_ = planeSize_ * counts[2];
+  rowSize_ = static_cast<int>(grid.GetColumnCount());
+  planeSize_ = rowSize_ * static_cast<int>(grid.GetRowCount());
+  if (dimensions_ > 0) size_ = planeSize_ * static_cast<int>(grid.size());
 }
 
 CString CStats_LagGridData::GetValueName(int field) {
@@ -45,14 +44,14 @@ double CStats_LagGridData::GetValue(int field, int station) {
   const int rest = station % planeSize_;
   const auto row = static_cast<std::size_t>(rest / rowSize_);
   const auto column = static_cast<std::size_t>(rest % rowSize_);
-  const LagCell& cell = spatial_->grid[level][row][column];
-  return field == 0 ? cell.moment : field == 1 ? cell.covariance : cell.count;
+  const LagCell& cell = grid_[level][row][column];
+  return field == 0 ? cell.moment : field == 1 ? cell.covariance : static_cast<double>(cell.pairs);
 }
 
-std::array<double, 2> GetLagGridColourRange(const CStats_Spatial& spatial, int field) {
-  if (spatial.grid.empty()) return {};
+std::array<double, 2> GetLagGridColourRange(const LagGrid& grid, int field) {
+  if (grid.empty()) return {};
   constexpr int kBinnedQuantiles = 1 | 32;
-  CStats_LagGridData cells(&spatial);
+  CStats_LagGridData cells(grid);
   CStats_Univariate figures;
   figures.Add(&cells, field);
   figures.Calculate(kBinnedQuantiles, nullptr);

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "spatial/LagGrid.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
@@ -11,10 +12,12 @@ class CStats_Spatial;
 
 // A lag grid as a table: a station for each cell, level by level and row by row. The fields are 0 the moment of
 // inertia, 1 the covariance, 2 the pair count; cells without a pair are stations with zeros. Cells have no places of
-// their own: the axes read 0. Built on a computed grid, which must outlive it.
+// their own: the axes read 0. The table keeps the grid that it was built on, whatever is computed afterwards; a grid
+// that was never computed, or has no active axis, has no stations.
 class CStats_LagGridData : public CStats_Data {
  public:
   explicit CStats_LagGridData(const CStats_Spatial* spatial);
+  explicit CStats_LagGridData(const LagGrid& grid);
 
   int GetSize() override { return size_; }
   int GetSpatialSize() override { return dimensions_; }  // the highest active axis
@@ -24,7 +27,7 @@ class CStats_LagGridData : public CStats_Data {
   double GetValue(int field, int station) override;
 
  private:
-  const CStats_Spatial* spatial_;
+  LagGrid grid_;
   int dimensions_ = 0;
   int size_ = 0;
   int rowSize_ = 0;
@@ -33,6 +36,6 @@ class CStats_LagGridData : public CStats_Data {
 
 // What the colours of a picture of the grid span: the 5 % and 95 % quantiles of a field of its table. Zeros
 // without a grid.
-std::array<double, 2> GetLagGridColourRange(const CStats_Spatial& spatial, int field);
+std::array<double, 2> GetLagGridColourRange(const LagGrid& grid, int field);
 
 }  // namespace tallyscope

@@ -4,33 +4,24 @@
 #include <vector>
 
 #include "spatial/PointSearch.h"
+#include "spatial/StationQuery.h"
 
 namespace tallyscope {
 
+class CProgressSink;
 class CStats_Data;
 
-// The spatial search over a table, with any three of its columns as co-ordinates. One query at a time:
+// The spatial search over a table, with any three of its columns as co-ordinates, and one query at a time; what was
+// built may be shared for further queries (Share, StationQuery.h):
 //   CStats_PointSearch* search = table.GetPointSearch();
 //   search->SetFields(-1, -2, -3, 2);
 //   if (!table.PreparePointSearch(nullptr) || !search->IsPartitioned()) return false;
 //   search->SearchSphere({x, y, 0}, 250);
 //   for (int station; search->GetNext(station, 1);) ...
 // Co-ordinates are those of the last build. A table with one axis is never partitioned. A query ends when the fields
-// change or the tree is built anew; stations with a null co-ordinate are never found.
+// change or the tree is built anew; stations with a co-ordinate that is null or not finite are never found.
 class CStats_PointSearch : public CPointSearch {
  public:
-  enum QueryType : int {
-    kNone = -1,
-    kAll = 0,
-    kBox = 1,
-    kBetweenBoxes = 2,
-    kSphere = 3,
-    kSector = 4,
-    kRay = 5,
-    kRays = 6,
-    kRotatedRectangle = 7
-  };
-
   explicit CStats_PointSearch(CStats_Data* data);  // not owned; may be null
 
   void SetPartitioned(bool partitioned) override;
@@ -50,6 +41,9 @@ class CStats_PointSearch : public CPointSearch {
   virtual int GetFieldY() { return fields_[1]; }
   virtual int GetFieldZ() { return fields_[2]; }
   virtual CStats_Data* GetData() { return data_; }
+  // Builds the tree over these columns, unless it stands. True as well, with nothing built, when they are fewer than
+  // two. False when the sink cancels, or without a table.
+  bool Prepare(CProgressSink* progress);
 
   virtual void SearchAll();
   virtual void SearchBox(const Box& box);  // faces included
@@ -59,52 +53,28 @@ class CStats_PointSearch : public CPointSearch {
   virtual void SearchBetweenBoxes(const Box& outer, const Box& inner);  // the faces of both included
   virtual void SearchSphere(const Point3& centre, double radius);
   // A ring in all dimensions; in two also the angles from start to end, in radians from +x towards +y, end at or above
-  // start and start at or above 0.
+  // start and start at or above 0. In three dimensions the whole ring.
   virtual void SearchSector(const Point3& centre, double outerRadius, double innerRadius, double startAngle,
                             double endAngle);
   // All stations of the leaves that the ray, or any of the rays, pierces. Three dimensions only.
   virtual void SearchRay(const Point3& origin, const Point3& direction);
   virtual void SearchRays(const std::vector<Point3>& origins, const std::vector<Point3>& directions);
 
-  virtual int GetLeafCount() { return static_cast<int>(leaves_.size()); }
+  virtual int GetLeafCount() { return static_cast<int>(query_.GetLeaves().size()); }
   // The next station that passes; after a station that fails the walk goes on `step` positions further (less than 1
   // counts as 1). False at the end, with `index` -1; a further call starts the same query again.
-  virtual bool GetNext(int& index, int step);
+  virtual bool GetNext(int& index, int step) { return query_.GetNext(index, step); }
 
-  const Leaves& GetLeaves() const { return leaves_; }  // of the last query
+  const StationQuery::Leaves& GetLeaves() const { return query_.GetLeaves(); }  // of the last query
 
  private:
-  void Start(QueryType type);
-  void CloseLeaf();
-  void PrefetchLeaf(int leaf) const;
-  void OpenLeaf(int leaf);
-  template <int kAxes>
-  void FindHits(const Node& leaf);
+  bool FindBounds(int axis, Box& box, CProgressSink* progress);
+  StationQuery& StartQuery();
 
   CStats_Data* data_;
   int dimensions_ = 2;
   int fields_[3] = {-1, -2, -3};
-
-  Leaves leaves_;
-  QueryType queryType_ = kNone;
-  bool queryActive_ = false;
-  int leafCursor_ = -1;
-  int pointCursor_ = -1;
-  Box box_;  // query box, outer box, or bounds of a rotated rectangle
-  Box innerBox_;
-  Point3 point_{};       // centre or origin
-  Point3 vector_{};      // ray direction, or size of a rectangle
-  double radius_ = 1.0;  // of a sphere; outer radius of a sector
-  double innerRadius_ = 1.0;
-  double angleA_ = 0;  // start and end of a sector; cosine and sine of a rectangle's angle
-  double angleB_ = 0;
-
-  // The leaf at hand, -1 for none: the positions that pass, in order, and how many of them have been given out.
-  int openLeaf_ = -1;
-  std::vector<int> hits_;
-  int hitCount_ = 0;
-  int hitCursor_ = 0;
-  const int* openPoints_ = nullptr;
+  StationQuery query_;  // of the index that stands
 };
 
 }  // namespace tallyscope

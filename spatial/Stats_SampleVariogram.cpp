@@ -2,16 +2,20 @@
 #include "spatial/Stats_SampleVariogram.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <numbers>
 #include <utility>
 #include <vector>
 
+#include "spatial/CancelMemory.h"
+#include "spatial/CoordinateRange.h"
 #include "spatial/PairProgress.h"
-#include "spatial/Stats_PointSearch.h"
+#include "spatial/Rollback.h"
+#include "spatial/StationIndex.h"
+#include "spatial/StationQuery.h"
 #include "spatial/Stats_VariogramData.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Univariate.h"
@@ -40,13 +44,20 @@ double GetSpacing(const Box& box, std::size_t points, int dimensions) {
   return dimensions == 3 ? 2 * std::pow(0.75 * volume / kPi, 0.3333333333) : 2 * std::pow(volume / kPi, 0.5);
 }
 
-double GetDistance(CStats_PointSearch& search, const CPointSearch::Node& leaf, std::size_t i, std::size_t j) {
+double GetDistance(const PointIndex& index, const PointIndex::Node& leaf, std::size_t i, std::size_t j) {
   double squares = 0;
-  for (int axis = 0; axis < search.GetDimensions(); ++axis) {
-    const double* places = search.GetLeafCoordinates(leaf, axis);
+  for (int axis = 0; axis < index.axes; ++axis) {
+    const double* places = index.GetLeafCoordinates(leaf, axis);
     squares += (places[j] - places[i]) * (places[j] - places[i]);
   }
   return std::sqrt(squares);
+}
+
+StationQuery::Leaves ListLeaves(const StationIndex& index) {
+  if (!index) return {};
+  StationQuery query(*index.points);
+  query.SearchAll();
+  return query.GetLeaves();
 }
 
 double GetSpreadRange(CStats_Data* data) {
@@ -54,7 +65,8 @@ double GetSpreadRange(CStats_Data* data) {
   CStats_Univariate x;
   x.Add(data, -1);
   x.Calculate(kBasicFigures, nullptr);
-  return x.valid < 2 ? kNoRange : (x.maximum - x.minimum) * 0.25;
+  const CoordinateRange range = FindCoordinateRange(*data, -1, x);
+  return x.valid < 2 ? kNoRange : (range.high - range.low) * 0.25;
 }
 
 // To the nearest multiple of a power of ten that leaves one or two digits.
@@ -85,35 +97,42 @@ std::vector<double> GetWeights(std::size_t bins, double whole, double angle, dou
 
 }  // namespace
 
-void CStats_SampleVariogram::CalcVariogram(int item, double newRange, int newLimit, CProgressSink* progress) {
-  if (!IsItem(item)) return;
+bool CStats_SampleVariogram::CalcVariogram(int item, double newRange, int newLimit, CProgressSink* progress) {
+  if (!IsItem(item)) return false;
   CStats_Data* data = GetItemData(item);
+  CCancelMemory memory(progress);
+  LagSettings settings;
+  settings.flags = kPolar | kUseSearch;
+  if (newLimit >= 1) settings.flags |= kSample;
+  for (int axis = 0; axis < data->GetSpatialSize() && axis < 3; ++axis) settings.flags |= kLagX << axis;
+  settings.range.fill(newRange > 0 ? newRange : GetDefaultRange(*data, memory.GetSink()));
+  settings.count = GetSpatialDimCount() == 3 ? std::array{25, 36, 18} : std::array{50, 72, 36};
+  settings.sampleLimit = newLimit;
+  if (memory.IsCancelled()) return false;
+
+  // The grid that stands keeps its flag and its settings unless another one takes its place.
+  const LagSettings former = GetLagSettings();
+  const int formerFlags = GetFlags(item);
+  CRollback rollback([&] {
+    SetLagSettings(former);
+    SetFlags(item, formerFlags & kLagGrid);
+  });
   ClearFlags(item, kLagGrid);
-  lagFlags = kPolar | kUseSearch;
-  if (newLimit >= 1) lagFlags |= kSample;
-  for (int axis = 0; axis < data->GetSpatialSize() && axis < 3; ++axis) lagFlags |= kLagX << axis;
-  lagRange.fill(newRange > 0 ? newRange : GetDefaultRange(data));
-  if (GetSpatialDimCount() == 3) {
-    lagCount = {25, 36, 18};
-  } else {
-    lagCount = {50, 72, 36};
-  }
-  sampleLimit = newLimit;
-  CalculateItem(item, kLagGrid, progress);
+  SetLagSettings(settings);
+  if (!CalculateItem(item, kLagGrid, memory.GetSink())) return false;
+  rollback.Keep();
+  return true;
 }
 
-double CStats_SampleVariogram::GetDefaultRange(CStats_Data* data) {
-  const int dims[3] = {GetSpatialDimX(), GetSpatialDimY(), GetSpatialDimZ()};
-  CStats_PointSearch* search = PrepareSearch(data, dims, GetSpatialDimCount(), nullptr);
-  if (search == nullptr) return RoundRange(GetSpreadRange(data));
-  search->SearchAll();
+double CStats_SampleVariogram::GetDefaultRange(CStats_Data& data, CProgressSink* progress) {
+  const StationIndex index = PrepareStationIndex(data, GetSpatialDims(), GetSpatialDimCount(), progress);
   std::vector<double> spacings;
-  for (const auto* leaf : search->GetLeaves()) {
+  for (const auto* leaf : ListLeaves(index)) {
     if (leaf->points.size() < 2) continue;
-    const double spacing = GetSpacing(leaf->box, leaf->points.size(), search->GetDimensions());
+    const double spacing = GetSpacing(leaf->box, leaf->points.size(), index.points->axes);
     if (spacing > 0) spacings.push_back(spacing);
   }
-  if (spacings.empty()) return RoundRange(GetSpreadRange(data));
+  if (spacings.empty()) return RoundRange(GetSpreadRange(&data));
   CStats_vdData table(&spacings);
   CStats_Univariate figures;
   figures.Add(&table, 0);
@@ -122,57 +141,74 @@ double CStats_SampleVariogram::GetDefaultRange(CStats_Data* data) {
 }
 
 bool CStats_SampleVariogram::CalcErrorVariance(int item, double limit, CProgressSink* progress) {
-  errorPairCount = 0;
-  errorCovariance = errorMoment = 0;
   if (!IsItem(item)) return false;
   CStats_Data* data = GetItemData(item);
   const int dim = GetItemDim(item);
-  const int dims[3] = {GetSpatialDimX(), GetSpatialDimY(), GetSpatialDimZ()};
-  CStats_PointSearch* search = PrepareSearch(data, dims, GetSpatialDimCount(), progress);
+  const StationIndex index = PrepareStationIndex(*data, GetSpatialDims(), GetSpatialDimCount(), progress);
   CStats_Univariate figures;
   figures.Add(data, dim);
-  if (search == nullptr || !figures.Calculate(kBasicFigures, progress)) return false;
+  if (!index || !figures.Calculate(kBasicFigures, progress)) return false;
 
-  search->SearchAll();
+  const StationQuery::Leaves leaves = ListLeaves(index);
   PairProgress reporter(progress);
   if (!reporter.Start("Error variance computation")) return false;
   std::int64_t pairs = 0;
+  double covariance = 0;
+  double moment = 0;
   int step = 0;
-  for (const auto* leaf : search->GetLeaves()) {
+  for (const auto* leaf : leaves) {
     const std::size_t count = leaf->points.size();
     std::vector<double> values(count);
     std::vector<unsigned char> valid(count);
     data->ReadValuesAt(dim, leaf->points.data(), static_cast<int>(count), values.data(), valid.data());
     for (std::size_t i = 0; i < count; ++i) {
       for (std::size_t j = i + 1; j < count && valid[i] != 0; ++j) {
-        if (valid[j] == 0 || !(GetDistance(*search, *leaf, i, j) < limit)) continue;
+        if (valid[j] == 0 || !(GetDistance(*index.points, *leaf, i, j) < limit)) continue;
         ++pairs;
-        errorMoment += (values[i] - values[j]) * (values[i] - values[j]);
-        errorCovariance += (values[i] - figures.mean) * (values[j] - figures.mean);
+        moment += (values[i] - values[j]) * (values[i] - values[j]);
+        covariance += (values[i] - figures.mean) * (values[j] - figures.mean);
       }
       if (!reporter.Work(static_cast<std::int64_t>(count - i))) return false;
     }
-    if (!reporter.Report(step++, search->GetLeafCount())) return false;
+    if (!reporter.Report(step++, static_cast<std::int64_t>(leaves.size()))) return false;
   }
-  if (pairs == 0) return true;
-  errorPairCount = static_cast<int>(std::min<std::int64_t>(pairs, std::numeric_limits<int>::max()));
-  errorCovariance /= static_cast<double>(pairs);
-  errorMoment /= 2.0 * static_cast<double>(pairs);
+  errorPairs = pairs;
+  errorPairCount = Saturate(pairs);
+  errorCovariance = pairs > 0 ? covariance / static_cast<double>(pairs) : 0;
+  errorMoment = pairs > 0 ? moment / (2.0 * static_cast<double>(pairs)) : 0;
   return true;
 }
 
 bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data) {
-  return ReadCurve(data, [](std::size_t levels, std::size_t rows) {
-    return Weights{std::vector<double>(levels, 1.0), std::vector<double>(rows, 1.0)};
-  });
+  return Hand(GetCurve(), data);
 }
 
 bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data, double direction, double dip,
                                               double tolerance) {
+  return Hand(GetCurve(direction, dip, tolerance), data);
+}
+
+bool CStats_SampleVariogram::Hand(VariogramCurve curve, CStats_VariogramData& data) const {
+  if (!grid.IsPolar()) return false;
+  data.pairCount.resize(curve.pairCount.size());
+  std::transform(curve.pairCount.begin(), curve.pairCount.end(), data.pairCount.begin(), Saturate);
+  data.lag = std::move(curve.lag);
+  data.covariance = std::move(curve.covariance);
+  data.momentOfInertia = std::move(curve.momentOfInertia);
+  return true;
+}
+
+VariogramCurve CStats_SampleVariogram::GetCurve() const {
+  return ReadCurve([](std::size_t levels, std::size_t rows) {
+    return Weights{std::vector<double>(levels, 1.0), std::vector<double>(rows, 1.0)};
+  });
+}
+
+VariogramCurve CStats_SampleVariogram::GetCurve(double direction, double dip, double tolerance) const {
   const double spread = tolerance * kPi / 180;
-  return ReadCurve(data, [&](std::size_t levels, std::size_t rows) {
+  return ReadCurve([&](std::size_t levels, std::size_t rows) {
     std::vector<double> ofLevels(levels, 0.0);
-    if (GetSpatialDimCount() >= 3) {
+    if (grid.GetSettings().dimCount >= 3) {
       ofLevels = GetWeights(levels, kPi, (90 - dip) * kPi / 180, spread);
     } else if (levels > 0) {
       ofLevels[0] = 1.0;
@@ -182,14 +218,11 @@ bool CStats_SampleVariogram::GetVariogramData(CStats_VariogramData& data, double
 }
 
 template <class GetWeights>
-bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeights& getWeights) {
-  if ((lagFlags & kPolar) == 0) return false;
-  data.pairCount.clear();
-  data.lag.clear();
-  data.covariance.clear();
-  data.momentOfInertia.clear();
-  const std::size_t rows = grid.empty() ? 0 : grid[0].size();
-  const std::size_t lags = rows == 0 ? 0 : grid[0][0].size();
+VariogramCurve CStats_SampleVariogram::ReadCurve(const GetWeights& getWeights) const {
+  VariogramCurve curve;
+  if (!grid.IsPolar()) return curve;
+  const std::size_t rows = grid.GetRowCount();
+  const std::size_t lags = grid.GetColumnCount();
   const Weights weights = getWeights(grid.size(), rows);
   struct Sum {
     double weight = 0, covariance = 0, moment = 0;
@@ -200,23 +233,23 @@ bool CStats_SampleVariogram::ReadCurve(CStats_VariogramData& data, const GetWeig
       if (!(weights.rows[row] > 0)) continue;
       for (std::size_t lag = 0; lag < lags; ++lag) {
         const LagCell& cell = grid[level][row][lag];
-        const double weight = cell.count * weights.rows[row] * weights.levels[level];
+        const double weight = static_cast<double>(cell.pairs) * weights.rows[row] * weights.levels[level];
         sums[lag].weight += weight;
         sums[lag].covariance += cell.covariance * weight;
         sums[lag].moment += cell.moment * weight;
       }
     }
   }
-  const double lagWidth = lagRange[0] / static_cast<double>(lags);
+  const double lagWidth = grid.GetSettings().range[0] / static_cast<double>(lags);
   for (std::size_t lag = 0; lag < lags; ++lag) {
     const Sum& sum = sums[lag];
     if (!(sum.weight > 0)) continue;
-    data.pairCount.push_back(static_cast<int>(sum.weight));
-    data.lag.push_back((static_cast<double>(lag) + 0.5) * lagWidth);
-    data.covariance.push_back(sum.covariance / sum.weight);
-    data.momentOfInertia.push_back(sum.moment / sum.weight);
+    curve.pairCount.push_back(static_cast<std::int64_t>(sum.weight));
+    curve.lag.push_back((static_cast<double>(lag) + 0.5) * lagWidth);
+    curve.covariance.push_back(sum.covariance / sum.weight);
+    curve.momentOfInertia.push_back(sum.moment / sum.weight);
   }
-  return true;
+  return curve;
 }
 
 }  // namespace tallyscope

@@ -2,10 +2,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <numeric>
+#include <utility>
 
-#include "spatial/Stats_PointSearch.h"
+#include "spatial/CellLimit.h"
+#include "spatial/PairProgress.h"
+#include "spatial/StationIndex.h"
+#include "spatial/StationQuery.h"
 #include "spatial/Stats_Spatial.h"
-#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
@@ -23,8 +28,8 @@ class CStats_Spatial::PairCollector {
  public:
   using Cell = std::array<int, 3>;
 
-  PairCollector(CStats_Spatial& spatial, CStats_Data* data, int dim, CStats_PointSearch& search)
-      : spatial_(spatial), data_(data), dim_(dim), search_(search) {}
+  PairCollector(const CStats_Spatial& spatial, CStats_Data& data, int dim, const StationIndex& index)
+      : spatial_(spatial), data_(data), dim_(dim), index_(index), query_(*index.points) {}
 
   // How many cells there are along each axis.
   Cell GetCellCount() const {
@@ -36,16 +41,14 @@ class CStats_Spatial::PairCollector {
     }
     return count;
   }
-  bool IsQualified(int station) const { return search_.IsPointValid(station) && HasValue(station); }
   bool IsFull() const { return Has(kSampleLeaves) && total_ > 0 && total_ >= spatial_.totalPairs; }
 
   // Appends the pairs of a first station; with sampling up to the limits.
-  void Collect(int station, const Cell& cell, const Cell& count, std::size_t index) {
-    if (!IsQualified(station) || !Search(station, cell, count)) return;
-    std::vector<int>& firsts = spatial_.lists[2 * index];
-    std::vector<int>& seconds = spatial_.lists[2 * index + 1];
+  void Collect(int station, const Cell& cell, const Cell& count, std::vector<int>& firsts, std::vector<int>& seconds) {
+    Point3 place{};
+    if (!HasPlace(station, place) || !HasValue(station) || !Search(place, cell, count)) return;
     int kept = 0;
-    for (int partner = 0; search_.GetNext(partner, 1);) {
+    for (int partner = 0; query_.GetNext(partner, 1);) {
       if (!HasValue(partner)) continue;
       firsts.push_back(station);
       seconds.push_back(partner);
@@ -57,11 +60,16 @@ class CStats_Spatial::PairCollector {
 
  private:
   bool Has(unsigned flag) const { return (spatial_.pairFlags & flag) != 0; }
-  bool HasValue(int station) const { return !Has(kPairValues) || data_->IsValueValid(dim_, station); }
+  bool HasValue(int station) const { return !Has(kPairValues) || data_.IsValueValid(dim_, station); }
+  bool HasPlace(int station, Point3& place) const {
+    for (std::size_t axis = 0; axis < static_cast<std::size_t>(index_.points->axes); ++axis) {
+      const int field = index_.fields[axis];
+      if (!data_.GetValue(field, station, place[axis]) || !std::isfinite(place[axis])) return false;
+    }
+    return true;
+  }
 
-  bool Search(int station, const Cell& cell, const Cell& count) {
-    const Point3 place{search_.GetX(station), search_.GetDimensions() > 1 ? search_.GetY(station) : 0,
-                       search_.GetDimensions() > 2 ? search_.GetZ(station) : 0};
+  bool Search(const Point3& place, const Cell& cell, const Cell& count) {
     if (Has(kRing)) return SearchRing(place, cell, count);
     SearchWindow(place, cell, count);
     return true;
@@ -77,7 +85,7 @@ class CStats_Spatial::PairCollector {
       box.min[axis] = active ? place[axis] + spatial_.pairBox.min[axis] + offset : -kEverything;
       box.max[axis] = active ? place[axis] + spatial_.pairBox.max[axis] + offset : kEverything;
     }
-    search_.SearchBox(box);
+    query_.SearchBox(box);
   }
 
   bool SearchRing(const Point3& place, const Cell& cell, const Cell& count) {
@@ -101,56 +109,63 @@ class CStats_Spatial::PairCollector {
       start += kTwoPi;
       end += kTwoPi;
     }
-    search_.SearchSector(place, outer, inner, start, end);
+    query_.SearchSector(place, outer, inner, start, end);
     return true;
   }
 
-  CStats_Spatial& spatial_;
-  CStats_Data* data_;
+  const CStats_Spatial& spatial_;
+  CStats_Data& data_;
   int dim_;
-  CStats_PointSearch& search_;
+  const StationIndex& index_;
+  StationQuery query_;
   long long total_ = 0;
 };
 
 bool CStats_Spatial::CalcLagPairs(CStats_Data* data, int dim, CProgressSink* progress) {
-  CStats_PointSearch* search = data->GetPointSearch();
-  if (search == nullptr || !search->IsPartitioned()) return false;
-  PairCollector collector(*this, data, dim, *search);
+  const StationIndex index = GetStationIndex(*data);
+  if (!index) return false;
+  PairCollector collector(*this, *data, dim, index);
   const PairCollector::Cell count = collector.GetCellCount();
-  const std::size_t cells =
-      static_cast<std::size_t>(count[0]) * static_cast<std::size_t>(count[1]) * static_cast<std::size_t>(count[2]);
-  lists.assign(2 * cells, {});
-  const std::vector<int> stations = ListFirstStations(data, *search);
+  if (!IsReasonableCellCount(count, 2 * sizeof(lists[0]))) return false;
+  const std::int64_t cells = std::int64_t{count[0]} * count[1] * count[2];
+  std::vector<std::vector<int>> found(2 * static_cast<std::size_t>(cells));
+  const std::vector<int> stations = ListFirstStations(*data, index);
 
-  const std::size_t steps = cells * stations.size();
-  StationProgress reporter(progress, 100);
+  PairProgress reporter(progress);
   if (!reporter.Start("Lag pair extraction computation")) return false;
-  for (std::size_t step = 0; step < steps && !collector.IsFull(); ++step) {
-    const std::size_t cell = step / stations.size();
-    const std::size_t x = cell % static_cast<std::size_t>(count[0]);
-    const std::size_t y = cell / static_cast<std::size_t>(count[0]) % static_cast<std::size_t>(count[1]);
-    const std::size_t z = cell / static_cast<std::size_t>(count[0]) / static_cast<std::size_t>(count[1]);
-    collector.Collect(stations[step % stations.size()], {static_cast<int>(x), static_cast<int>(y), static_cast<int>(z)},
-                      count, cell);
-    if (!reporter.Report(static_cast<int>(static_cast<double>(step) * 100 / static_cast<double>(steps)))) return false;
+  const auto stationCount = static_cast<std::int64_t>(stations.size());
+  const std::int64_t steps = cells * stationCount;
+  for (std::int64_t step = 0; step < steps && !collector.IsFull(); ++step) {
+    const std::int64_t cell = step / stationCount;
+    const std::int64_t plane = cell / count[0];
+    const auto first = 2 * static_cast<std::size_t>(cell);
+    const std::size_t before = found[first].size();
+    collector.Collect(
+        stations[static_cast<std::size_t>(step % stationCount)],
+        {static_cast<int>(cell % count[0]), static_cast<int>(plane % count[1]), static_cast<int>(plane / count[1])},
+        count, found[first], found[first + 1]);
+    if (!reporter.Work(100 + static_cast<std::int64_t>(found[first].size() - before))) return false;
+    if (!reporter.Report(step, steps)) return false;
   }
+  lists = std::move(found);
   return true;
 }
 
 // All stations in their order, or the first few of each leaf.
-std::vector<int> CStats_Spatial::ListFirstStations(CStats_Data* data, CStats_PointSearch& search) {
+std::vector<int> CStats_Spatial::ListFirstStations(CStats_Data& data, const StationIndex& index) const {
   std::vector<int> stations;
   if ((pairFlags & kSampleLeaves) == 0) {
-    stations.resize(static_cast<std::size_t>(data->GetSize()));
-    for (std::size_t i = 0; i < stations.size(); ++i) stations[i] = static_cast<int>(i);
+    stations.resize(static_cast<std::size_t>(data.GetSize()));
+    std::iota(stations.begin(), stations.end(), 0);
     return stations;
   }
-  const int limit = stationLimit < 0 ? data->GetSize() : stationLimit;
-  search.SearchAll();
-  const auto leaves = static_cast<std::size_t>(search.GetLeafCount());
+  const int limit = stationLimit < 0 ? data.GetSize() : stationLimit;
+  StationQuery query(*index.points);
+  query.SearchAll();
+  const std::size_t leaves = query.GetLeaves().size();
   if (leaves == 0) return stations;
   const std::size_t quota = (static_cast<std::size_t>(limit) + leaves - 1) / leaves;
-  for (const auto* leaf : search.GetLeaves()) {
+  for (const auto* leaf : query.GetLeaves()) {
     const auto taken = static_cast<std::ptrdiff_t>(std::min(quota, leaf->points.size()));
     stations.insert(stations.end(), leaf->points.begin(), leaf->points.begin() + taken);
   }

@@ -10,7 +10,9 @@ namespace tallyscope {
 BinCounter::BinCounter(double minimum, double maximum, int bins)
     : minimum_(minimum), width_((maximum - minimum) / bins), tallies_(static_cast<std::size_t>(bins)) {}
 
-void BinCounter::Add(const double* values, int count) {
+void BinCounter::Add(std::span<const double> all) {
+  const double* values = all.data();
+  const int count = static_cast<int>(all.size());
   constexpr int kChunk = 64;
   int indices[kChunk];
   const double last = static_cast<double>(tallies_.size() - 1);

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <span>
 #include <vector>
 
 namespace tallyscope {
 
 struct CHistogramBin;
 
-// Counts values into bins of equal width between a minimum and a maximum, which the end bins take beyond.
+// Counts values into bins of equal width between a minimum and a maximum, beyond which the end bins reach.
 class BinCounter {
  public:
   BinCounter(double minimum, double maximum, int bins);
-  void Add(const double* values, int count);
+  bool IsEmpty() const { return tallies_.empty(); }  // no bins
+  void Add(std::span<const double> values);
   // The bins so far: edges, counts, data ranges, and cumulative fractions of `validCount`.
   std::vector<CHistogramBin> GetBins(int validCount) const;
 

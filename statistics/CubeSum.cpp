@@ -99,7 +99,9 @@ CubeFunction ChooseCube() {
 
 }  // namespace
 
-void CubeSum::Add(const double* values, int count) {
+void CubeSum::Add(std::span<const double> all) {
+  const double* values = all.data();
+  const int count = static_cast<int>(all.size());
   static const CubeFunction cube = ChooseCube();
   double cubes[kChunk];
   std::uint64_t doubtful[kChunk];

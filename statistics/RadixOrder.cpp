@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <utility>
 
 namespace tallyscope {
@@ -20,6 +21,7 @@ using Records = std::unique_ptr<Record[]>;
 constexpr int kDigitBits = 11;
 constexpr int kDigits = 3;
 constexpr std::size_t kDigitValues = std::size_t{1} << kDigitBits;
+constexpr std::size_t kLongRun = std::size_t{1} << 20;  // stations under equal leading bits
 using Counts = std::array<std::array<std::uint32_t, kDigitValues>, kDigits>;
 
 // An integer in the order of the values; -0.0 counts as 0.0.
@@ -33,18 +35,23 @@ std::size_t Digit(Record record, int digit) {
   return static_cast<std::size_t>(record >> (32 + kDigitBits * digit)) & (kDigitValues - 1);
 }
 
-bool GetKeyRange(const std::vector<double>& values, std::uint64_t& low, std::uint64_t& high) {
-  low = ~std::uint64_t{0};
-  high = 0;
+// Of the numbers up to here.
+struct KeyRange {
+  std::uint64_t low = ~std::uint64_t{0};
+  std::uint64_t high = 0;
   bool numbers = true;
-  for (const double value : values) {
-    const auto key = Key(value);
-    low = std::min(low, key);
-    high = std::max(high, key);
-    numbers &= value == value;
+
+  void Add(std::span<const double> values) {
+    KeyRange range = *this;
+    for (const double value : values) {
+      const auto key = Key(value);
+      range.low = std::min(range.low, key);
+      range.high = std::max(range.high, key);
+      range.numbers &= value == value;
+    }
+    *this = range;
   }
-  return numbers;
-}
+};
 
 // Whether some of a sample spread over the column are equal: then the column hardly holds distinct values.
 bool SampleHasTies(const std::vector<double>& values) {
@@ -56,26 +63,45 @@ bool SampleHasTies(const std::vector<double>& values) {
   return std::adjacent_find(sample.begin(), sample.end()) != sample.end();
 }
 
-void MakeRecords(const std::vector<double>& values, std::uint64_t low, std::uint64_t high, Record* records,
-                 Counts& counts) {
-  const int shift = std::max(static_cast<int>(std::bit_width(high - low)) - 32, 0);
-  for (std::size_t station = 0; station < values.size(); ++station) {
-    const Record record = (Key(values[station]) - low) >> shift << 32 | station;
-    for (int digit = 0; digit < kDigits; ++digit) ++counts[static_cast<std::size_t>(digit)][Digit(record, digit)];
-    records[station] = record;
-  }
-}
+// The steps of the sort over a part of the column each.
+class RadixSort {
+ public:
+  RadixSort(const std::vector<double>& values, const KeyRange& range)
+      : values_(values),
+        low_(range.low),
+        shift_(std::max(static_cast<int>(std::bit_width(range.high - range.low)) - 32, 0)),
+        records_(std::make_unique_for_overwrite<Record[]>(values.size())),
+        sorted_(std::make_unique_for_overwrite<Record[]>(values.size())) {}
 
-void SortByDigits(Records& records, std::size_t size, Counts& counts) {
-  auto sorted = std::make_unique_for_overwrite<Record[]>(size);
-  for (int digit = 0; digit < kDigits; ++digit) {
-    auto& next = counts[static_cast<std::size_t>(digit)];
-    std::uint32_t position = 0;
-    for (auto& count : next) position += std::exchange(count, position);
-    for (std::size_t i = 0; i < size; ++i) sorted[next[Digit(records[i], digit)]++] = records[i];
-    records.swap(sorted);
+  void Make(std::size_t first, std::size_t last) {
+    for (std::size_t station = first; station < last; ++station) {
+      const Record record = (Key(values_[station]) - low_) >> shift_ << 32 | station;
+      for (int digit = 0; digit < kDigits; ++digit) ++counts_[static_cast<std::size_t>(digit)][Digit(record, digit)];
+      records_[station] = record;
+    }
   }
-}
+  void StartDigit(int digit) {
+    std::uint32_t position = 0;
+    for (auto& count : counts_[static_cast<std::size_t>(digit)]) position += std::exchange(count, position);
+  }
+  void Place(int digit, std::size_t first, std::size_t last) {
+    std::uint32_t* next = counts_[static_cast<std::size_t>(digit)].data();
+    const Record* from = records_.get();
+    Record* to = sorted_.get();
+    for (std::size_t i = first; i < last; ++i) to[next[Digit(from[i], digit)]++] = from[i];
+  }
+  void EndDigit() { records_.swap(sorted_); }
+
+  const Record* GetRecords() const { return records_.get(); }
+
+ private:
+  const std::vector<double>& values_;
+  std::uint64_t low_;
+  int shift_;
+  Records records_;
+  Records sorted_;
+  Counts counts_{};
+};
 
 // Puts the stations of a run of equal records in order. False when values are equal.
 bool OrderRun(const std::vector<double>& values, int* first, int* last) {
@@ -86,20 +112,35 @@ bool OrderRun(const std::vector<double>& values, int* first, int* last) {
 
 }  // namespace
 
-bool OrderDistinct(const std::vector<double>& values, std::vector<int>& stations) {
-  std::uint64_t low = 0;
-  std::uint64_t high = 0;
-  if (!GetKeyRange(values, low, high) || SampleHasTies(values)) return false;
+bool OrderDistinct(const std::vector<double>& values, std::vector<int>& stations, double begin, double end,
+                   CWorkProgress& progress) {
   const std::size_t size = values.size();
-  auto records = std::make_unique_for_overwrite<Record[]>(size);
-  Counts counts{};
-  MakeRecords(values, low, high, records.get(), counts);
-  SortByDigits(records, size, counts);
+  const double step = (end - begin) / 6;
+  double share = begin;
+  const auto run = [&](auto part) { return progress.Run(size, share, share + step, part) && (share += step, true); };
 
+  KeyRange range;
+  const auto addKeys = [&](std::size_t first, std::size_t last) {
+    range.Add(std::span(values).subspan(first, last - first));
+  };
+  if (!run(addKeys) || !range.numbers || SampleHasTies(values)) return false;
+  RadixSort sort(values, range);
+  if (!run([&](std::size_t first, std::size_t last) { sort.Make(first, last); })) return false;
+  for (int digit = 0; digit < kDigits; ++digit) {
+    sort.StartDigit(digit);
+    if (!run([&](std::size_t first, std::size_t last) { sort.Place(digit, first, last); })) return false;
+    sort.EndDigit();
+  }
+
+  const Record* records = sort.GetRecords();
   stations.resize(size);
-  for (std::size_t i = 0; i < size; ++i) stations[i] = static_cast<int>(static_cast<std::uint32_t>(records[i]));
+  const auto takeStations = [&](std::size_t first, std::size_t last) {
+    for (std::size_t i = first; i < last; ++i) stations[i] = static_cast<int>(static_cast<std::uint32_t>(records[i]));
+  };
+  if (!run(takeStations)) return false;
   for (std::size_t first = 0, last = 0; first < size; first = last) {
     while (last < size && records[last] >> 32 == records[first] >> 32) ++last;
+    if (last - first > kLongRun) return false;
     if (last - first > 1 && !OrderRun(values, stations.data() + first, stations.data() + last)) return false;
   }
   return true;

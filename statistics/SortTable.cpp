@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <functional>
 #include <numeric>
-#include <utility>
 
+#include "statistics/Quicksort.h"
 #include "statistics/RadixOrder.h"
+#include "statistics/Stats_Data.h"
 
 namespace tallyscope {
 
@@ -15,16 +16,9 @@ namespace {
 
 constexpr std::size_t kCombBelow = 100;  // stations
 
-// Values and their stations, moved together.
-struct Column {
-  double* values;
-  int* stations;
-
-  void Swap(std::ptrdiff_t a, std::ptrdiff_t b) const {
-    std::swap(values[a], values[b]);
-    std::swap(stations[a], stations[b]);
-  }
-};
+// Where the parts of the work begin, as shares of it. The order of distinct values is tried first.
+constexpr double kOrder = 0.1;
+constexpr double kQuicksort = 0.4;
 
 bool IsAscending(const std::vector<double>& values) {
   for (std::size_t i = 1; i < values.size(); ++i) {
@@ -33,7 +27,7 @@ bool IsAscending(const std::vector<double>& values) {
   return true;
 }
 
-void CombSort(const Column& column, std::ptrdiff_t size) {
+void CombSort(const SortColumn& column, std::ptrdiff_t size) {
   std::ptrdiff_t gap = size;
   for (bool swapped = true; gap > 1 || swapped;) {
     gap = gap * 10 / 13;
@@ -48,108 +42,37 @@ void CombSort(const Column& column, std::ptrdiff_t size) {
   }
 }
 
-// One end of a partition in blocks: the values of a block that have to change sides are noted without a branch, then
-// swapped pairwise with those of the other end.
-class PartitionEnd {
- public:
-  static constexpr int kBlock = 64;
-
-  template <class Stays>
-  void Fill(Stays stays) {
-    if (count_ > 0) return;
-    first_ = 0;
-    for (int i = 0; i < kBlock; ++i) {
-      offsets_[first_ + count_] = static_cast<unsigned char>(i);
-      count_ += stays(i) ? 0 : 1;
-    }
-  }
-  int GetCount() const { return count_; }
-  int GetOffset(int i) const { return offsets_[first_ + i]; }
-  void Drop(int count) {
-    first_ += count;
-    count_ -= count;
-  }
-  // How far the scan of this end has come: to the first value without a partner, or past the block.
-  int GetReached() const { return count_ > 0 ? offsets_[first_] : 0; }
-
- private:
-  unsigned char offsets_[kBlock];
-  int first_ = 0;
-  int count_ = 0;
-};
-
-// Hoare's partition of [i, j] about `pivot`. On return the parts are up to j and from i.
-void Partition(const Column& column, double pivot, std::ptrdiff_t& i, std::ptrdiff_t& j) {
-  // In long ranges the k-th value from the left that isn't before the pivot meets the k-th from the right that isn't
-  // behind it, as in the plain scan below, but without its mispredicted branches (S. Edelkamp and A. Weiss,
-  // "BlockQuicksort", 2016). The plain scan ends the range.
-  PartitionEnd left;
-  PartitionEnd right;
-  const double* values = column.values;
-  while (j - i + 1 > 2 * PartitionEnd::kBlock) {
-    left.Fill([=](int offset) { return values[i + offset] < pivot; });
-    right.Fill([=](int offset) { return pivot < values[j - offset]; });
-    const int pairs = std::min(left.GetCount(), right.GetCount());
-    for (int k = 0; k < pairs; ++k) column.Swap(i + left.GetOffset(k), j - right.GetOffset(k));
-    left.Drop(pairs);
-    right.Drop(pairs);
-    if (left.GetCount() == 0) i += PartitionEnd::kBlock;
-    if (right.GetCount() == 0) j -= PartitionEnd::kBlock;
-  }
-  i += left.GetReached();
-  j -= right.GetReached();
-  while (i <= j) {
-    while (values[i] < pivot) ++i;
-    while (pivot < values[j]) --j;
-    if (i > j) break;
-    if (i < j) column.Swap(i, j);
-    ++i;
-    --j;
-  }
-}
-
-void Quicksort(const Column& column, std::ptrdiff_t size) {
-  // The larger part is always the one that waits, so that each waiting range is less than half of the one before.
-  struct Range {
-    std::ptrdiff_t left, right;
-  };
-  Range waiting[64];
-  int count = 0;
-  waiting[count++] = {0, size - 1};
-  while (count > 0) {
-    Range range = waiting[--count];
-    while (range.left < range.right) {
-      std::ptrdiff_t i = range.left;
-      std::ptrdiff_t j = range.right;
-      Partition(column, column.values[(i + j) / 2], i, j);
-      if (j - range.left < range.right - i) {
-        if (i < range.right) waiting[count++] = {i, range.right};
-        range.right = j;
-      } else {
-        if (range.left < j) waiting[count++] = {range.left, j};
-        range.left = i;
-      }
-    }
-  }
+// -a < -b exactly when a > b, so every step is that of the descending sort.
+std::vector<double> ReadColumn(CStats_Data& data, int field, bool descending, CWorkProgress& progress) {
+  std::vector<double> values(static_cast<std::size_t>(std::max(data.GetSize(), 0)));
+  progress.Run(values.size(), 0, kOrder, [&](std::size_t first, std::size_t last) {
+    double* block = values.data() + first;
+    data.ReadRawValues(field, static_cast<int>(first), static_cast<int>(last - first), block);
+    if (descending) std::transform(block, block + (last - first), block, std::negate<>());
+  });
+  return values;
 }
 
 }  // namespace
 
-std::vector<int> MakeSortTable(std::vector<double> values, bool descending) {
-  // -a < -b exactly when a > b, so every step is that of the descending sort.
-  if (descending) std::transform(values.begin(), values.end(), values.begin(), std::negate<>());
-  std::vector<int> stations;
-  if (values.size() >= kCombBelow && OrderDistinct(values, stations)) return stations;
+std::shared_ptr<const SortTable> MakeSortTable(CStats_Data& data, int field, bool descending, CProgressSink* sink) {
+  CWorkProgress progress(sink, "Sorting");
+  std::vector<double> values = ReadColumn(data, field, descending, progress);
+  if (progress.IsCancelled()) return nullptr;
+  auto table = std::make_shared<SortTable>();
+  SortTable& stations = *table;
+  if (values.size() >= kCombBelow && OrderDistinct(values, stations, kOrder, kQuicksort, progress)) return table;
+  if (progress.IsCancelled()) return nullptr;
   stations.resize(values.size());
   std::iota(stations.begin(), stations.end(), 0);
-  const Column column{values.data(), stations.data()};
+  const SortColumn column{values.data(), stations.data()};
   const auto size = static_cast<std::ptrdiff_t>(values.size());
   if (values.size() >= kCombBelow) {
-    Quicksort(column, size);
+    if (!Quicksort(column, size, kQuicksort, progress)) return nullptr;
   } else if (!IsAscending(values)) {
     CombSort(column, size);
   }
-  return stations;
+  return table;
 }
 
 }  // namespace tallyscope

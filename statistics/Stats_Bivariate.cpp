@@ -5,10 +5,11 @@
 #include <memory>
 
 #include "platform/core/Archive.h"
+#include "statistics/BlockReader.h"
 #include "statistics/RunningRange.h"
-#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Univariate.h"
+#include "statistics/WorkProgress.h"
 
 namespace tallyscope {
 
@@ -22,7 +23,7 @@ constexpr int kExpectation = 8;
 // Two links, of which those that the creator left null are ours for as long as this lives.
 class LinkLoan {
  public:
-  LinkLoan(CStats_Bivariate& owner, const CPairReader::Column& x, const CPairReader::Column& y) : owner_(owner) {
+  LinkLoan(CStats_Bivariate& owner, const CColumnRef& x, const CColumnRef& y) : owner_(owner) {
     Lend(owner.xLink, x, xOwn_);
     Lend(owner.yLink, y, yOwn_);
   }
@@ -34,8 +35,7 @@ class LinkLoan {
   }
 
  private:
-  static void Lend(CStats_Univariate*& link, const CPairReader::Column& column,
-                   std::unique_ptr<CStats_Univariate>& own) {
+  static void Lend(CStats_Univariate*& link, const CColumnRef& column, std::unique_ptr<CStats_Univariate>& own) {
     if (link) return;
     own = std::make_unique<CStats_Univariate>();
     own->Add(column.data, column.dim);
@@ -90,6 +90,7 @@ void CStats_Bivariate::Serialize(CArchive& archive) {
     archive << version;
   } else {
     archive >> version;
+    if (version != 0) archive.Fail();
   }
   CStats_Calculator::Serialize(archive);
 }
@@ -102,13 +103,13 @@ bool CStats_Bivariate::CalcBasic(CProgressSink* progress) {
   invalid = 0;
   CRunningRange x;
   CRunningRange y;
-  CPairReader pairs(GetColumn(0), GetColumn(1), total);
-  while (pairs.Next()) {
-    valid += static_cast<int>(pairs.X().size());
-    x.Add(pairs.X());
-    y.Add(pairs.Y());
-    if (!reports.ReportRun(pairs.First(), pairs.Count())) return false;
-  }
+  CBlockReader pairs({GetColumn(0), GetColumn(1)}, total);
+  const bool done = pairs.VisitJoint(reports, [&] {
+    valid += static_cast<int>(pairs.Values(0).size());
+    x.Add(pairs.Values(0));
+    y.Add(pairs.Values(1));
+  });
+  if (!done) return false;
   invalid = total - valid;
   xMinimum = x.minimum;
   xMaximum = x.maximum;
@@ -119,11 +120,13 @@ bool CStats_Bivariate::CalcBasic(CProgressSink* progress) {
   return true;
 }
 
-bool CStats_Bivariate::SortBoth(CProgressSink* progress) {
+bool CStats_Bivariate::SortBoth(const char* task, CProgressSink* progress) {
   if (!GetItemData(0)->CanSort() || !GetItemData(1)->CanSort()) return false;
   for (int item = 0; item < 2; ++item) {
-    const CPairReader::Column column = GetColumn(item);
-    column.data->Sort(column.dim, 0, progress);
+    const CColumnRef column = GetColumn(item);
+    CInnerTask sorting(progress);
+    column.data->Sort(column.dim, 0, sorting.GetSink());
+    sorting.Leave(task);
     if (!column.data->IsSorted(column.dim, 0)) return false;
   }
   return true;
@@ -136,16 +139,20 @@ bool CStats_Bivariate::CalcCorrelation(CProgressSink* progress) {
   const double yCentre = yLink->mean;
   double products = 0;
   double differences = 0;
-  CPairReader pairs(GetColumn(0), GetColumn(1), total);
-  while (pairs.Next()) {
-    const std::span<const double> x = pairs.X();
-    const std::span<const double> y = pairs.Y();
+  CBlockReader pairs({GetColumn(0), GetColumn(1)}, total);
+  const bool done = pairs.VisitJoint(reports, [&] {
+    const std::span<const double> x = pairs.Values(0);
+    const std::span<const double> y = pairs.Values(1);
+    double p = products;
+    double d = differences;
     for (std::size_t i = 0; i < x.size(); ++i) {
-      products += (x[i] - xCentre) * (y[i] - yCentre);
-      differences += (x[i] - y[i]) * (x[i] - y[i]);
+      p += (x[i] - xCentre) * (y[i] - yCentre);
+      d += (x[i] - y[i]) * (x[i] - y[i]);
     }
-    if (!reports.ReportRun(pairs.First(), pairs.Count())) return false;
-  }
+    products = p;
+    differences = d;
+  });
+  if (!done) return false;
   const double xDeviation = xLink->standardDeviation;
   const double yDeviation = yLink->standardDeviation;
   covariance = products / std::max(total - 1, 1);

@@ -4,7 +4,7 @@
 #include <array>
 #include <vector>
 
-#include "statistics/PairReader.h"
+#include "statistics/Dim.h"
 #include "statistics/Stats_Calculator.h"
 
 namespace tallyscope {
@@ -24,7 +24,8 @@ class CStats_Univariate;
 //   4  rank correlation (and 1)
 //   8  conditional expectation curves (and 1)
 // A pair is a station where both fields have a value; the others are skipped. Bits 4 and 8 fail when a data set is too
-// large to sort. Items of different size are compared over their common first stations.
+// large to sort. Where a cancel leaves the basic figures or a link without its own, nothing that needs them is
+// computed. Items of different size are compared over their common first stations.
 class CStats_Bivariate : public CStats_Calculator {
  public:
   int total = 0;    // stations: the smaller size of the two data sets
@@ -74,11 +75,11 @@ class CStats_Bivariate : public CStats_Calculator {
   virtual bool CalcExpectation(CProgressSink* progress);
 
  private:
-  CPairReader::Column GetColumn(int item) { return {GetItemData(item), GetItemDim(item)}; }
+  CColumnRef GetColumn(int item) { return {GetItemData(item), GetItemDim(item)}; }
   bool HasFlags(int flags);
   void CalculateMissing(int missing, CProgressSink* progress);
   void CalcRegressions();
-  bool SortBoth(CProgressSink* progress);
+  bool SortBoth(const char* task, CProgressSink* progress);
 };
 
 }  // namespace tallyscope

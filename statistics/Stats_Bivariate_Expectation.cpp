@@ -2,14 +2,17 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
-#include "statistics/StationBlocks.h"
+#include "statistics/BlockReader.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
 
 namespace {
+
+constexpr const char* kTask = "Conditional expectation computation";
 
 int GetWindow(int valid) {
   return std::max(valid / 32, 3) / 2 * 2 + 1;
@@ -116,8 +119,8 @@ class CMovingMean {
 
 // Takes the pairs in the sorted order of one column and averages the other. Null `marks`: every station is a pair.
 struct Walk {
-  CPairReader::Column along;
-  CPairReader::Column averaged;
+  CColumnRef along;
+  CColumnRef averaged;
   int total;
   const bvector* marks;
 
@@ -155,14 +158,14 @@ struct Walk {
 
 bool CStats_Bivariate::CalcExpectation(CProgressSink* progress) {
   StationProgress reports(progress, total);
-  if (!reports.Start("Conditional expectation computation") || !SortBoth(progress)) return false;
-  expectationX.clear();
-  expectationYGivenX.clear();
-  expectationXGivenY.clear();
-  expectationY.clear();
-  const CPairReader::Column x = GetColumn(0);
-  const CPairReader::Column y = GetColumn(1);
-  const bvector marks = valid < total ? MarkPairs(x, y, total) : bvector();
+  if (!reports.Start(kTask) || !SortBoth(kTask, progress)) return false;
+  std::vector<double> xs;
+  std::vector<double> ysGivenX;
+  std::vector<double> ys;
+  std::vector<double> xsGivenY;
+  const CColumnRef x = GetColumn(0);
+  const CColumnRef y = GetColumn(1);
+  const bvector marks = valid < total ? MarkJoint({x, y}, total) : bvector();
   const bvector* marksOrNull = valid < total ? &marks : nullptr;
 
   const auto run = [&](const Walk& walk, double percent, std::vector<double>& places, std::vector<double>& means) {
@@ -173,8 +176,13 @@ bool CStats_Bivariate::CalcExpectation(CProgressSink* progress) {
     for (const int station : stations) places.push_back(walk.along.data->GetValue(walk.along.dim, station));
     return whole;
   };
-  return run({x, y, total, marksOrNull}, 0.0, expectationX, expectationYGivenX) &&
-         run({y, x, total, marksOrNull}, 50.0, expectationY, expectationXGivenY);
+  if (!run({x, y, total, marksOrNull}, 0.0, xs, ysGivenX)) return false;
+  if (!run({y, x, total, marksOrNull}, 50.0, ys, xsGivenY)) return false;
+  expectationX = std::move(xs);
+  expectationYGivenX = std::move(ysGivenX);
+  expectationY = std::move(ys);
+  expectationXGivenY = std::move(xsGivenY);
+  return true;
 }
 
 }  // namespace tallyscope

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "statistics/StationBlocks.h"
+#include "statistics/BlockReader.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
 
@@ -13,17 +13,14 @@ namespace {
 
 constexpr int kBlock = 512;
 constexpr int kNoRank = -1;
+constexpr const char* kTask = "Rank computation";
 
-void UnrankNulls(const CPairReader::Column& x, const CPairReader::Column& y, std::vector<int>& xRanks,
-                 std::vector<int>& yRanks, int total) {
-  CPairReader pairs(x, y, total);
-  while (pairs.Next()) {
-    if (pairs.IsWhole()) continue;
-    for (int station = pairs.First(); station < pairs.First() + pairs.Count(); ++station) {
-      if (pairs.IsPair(station)) continue;
-      xRanks[static_cast<std::size_t>(station)] = kNoRank;
-      yRanks[static_cast<std::size_t>(station)] = kNoRank;
-    }
+void UnrankNulls(const std::vector<CColumnRef>& pair, std::vector<int>& xRanks, std::vector<int>& yRanks, int total) {
+  const bvector marks = MarkJoint(pair, total);
+  for (int station = 0; station < total; ++station) {
+    if (marks.Get(station)) continue;
+    xRanks[static_cast<std::size_t>(station)] = kNoRank;
+    yRanks[static_cast<std::size_t>(station)] = kNoRank;
   }
 }
 
@@ -84,13 +81,13 @@ bool VisitRanks(const std::vector<int>& xRanks, const std::vector<int>& yRanks, 
 bool CStats_Bivariate::CalcRank(CProgressSink* progress) {
   StationProgress reports(progress, total);
   reports.SetStretch(0.0, 33.3);
-  if (!reports.Start("Rank computation") || !SortBoth(progress)) return false;
+  if (!reports.Start(kTask) || !SortBoth(kTask, progress)) return false;
   std::vector<int> xRanks;
   std::vector<int> yRanks;
   GetItemData(0)->GetRanks(GetItemDim(0), xRanks);
   GetItemData(1)->GetRanks(GetItemDim(1), yRanks);
   if (std::min(xRanks.size(), yRanks.size()) < static_cast<std::size_t>(total)) return false;
-  if (valid < total) UnrankNulls(GetColumn(0), GetColumn(1), xRanks, yRanks, total);
+  if (valid < total) UnrankNulls({GetColumn(0), GetColumn(1)}, xRanks, yRanks, total);
   if (!reports.ReportRun(0, total)) return false;
 
   RankSums x;

@@ -101,8 +101,4 @@ void CStats_Calculator::Serialize(CArchive& archive) {
   if (flags_.size() < data_.size()) flags_.resize(data_.size());
 }
 
-void CStats_Calculator::SetItemData(int item, CStats_Data* data) {
-  data_[Index(item)] = data;
-}
-
 }  // namespace tallyscope

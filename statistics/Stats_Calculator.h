@@ -38,11 +38,9 @@ class CStats_Calculator {
   virtual void SetFlags(int item, int mask);
   virtual int GetFlags(int item);
 
-  // Stores or restores the flags of the items, not their data sets, dims or figures.
+  // Stores or restores the flags of the items, not their data sets, dims or figures. A count of flags below 0, or above
+  // what the archive still holds, fails it.
   virtual void Serialize(CArchive& archive);
-
- protected:
-  void SetItemData(int item, CStats_Data* data);
 
  private:
   std::vector<CStats_Data*> data_;

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "statistics/Stats_Data.h"
 
-#include <algorithm>
+#include <cassert>
 #include <cstdint>
+#include <exception>
 #include <utility>
-
-#include "statistics/SortTable.h"
 
 namespace tallyscope {
 
@@ -51,52 +50,89 @@ bool CStats_Data::CanSort() {
   return columns <= 0 || std::int64_t{GetSize()} * 4 <= kSortAllowance / columns;
 }
 
-void CStats_Data::GrowSortFlags() {
-  const auto columns = static_cast<std::size_t>(GetValueSize() + GetSpatialSize());
-  if (sortedFlags_.size() < columns) sortedFlags_.resize(columns);
-  if (sortDirections_.size() < columns) sortDirections_.resize(columns);
+const CStats_Data::ColumnOrder* CStats_Data::FindOrder(int field) {
+  const auto column = GetColumn(field);
+  return column < orders_.size() ? &orders_[column] : nullptr;
+}
+
+CStats_Data::ColumnOrder& CStats_Data::UseOrder(int field) {
+  const auto column = GetColumn(field);
+  if (orders_.size() <= column) orders_.resize(column + 1);
+  return orders_[column];
 }
 
 bool CStats_Data::IsSorted(int field, int descending) {
-  GrowSortFlags();
-  const auto column = GetColumn(field);
-  return sortedFlags_[column] && sortDirections_[column] == descending;
+  const auto* order = FindOrder(field);
+  return order != nullptr && order->sorted && order->direction == descending;
 }
 
 void CStats_Data::SetSorted(bool sorted, int field, int descending) {
-  GrowSortFlags();
-  const auto column = GetColumn(field);
-  sortedFlags_[column] = sorted;
-  sortDirections_[column] = descending;
+  auto& order = UseOrder(field);
+  order.sorted = sorted;
+  order.direction = descending;
 }
 
 void CStats_Data::ClearSort() {
-  sortedFlags_.clear();
-  sortDirections_.clear();
-  sortTables_.clear();
+  orders_.clear();
 }
 
-void CStats_Data::Sort(int field, int descending, CProgressSink*) {
+void CStats_Data::Sort(int field, int descending, CProgressSink* progress) {
   if (IsSorted(field, descending) || !CanSort()) return;
-  const auto columns = static_cast<std::size_t>(GetValueSize() + GetSpatialSize());
-  if (sortTables_.size() < columns) sortTables_.resize(columns);
+  if (auto table = MakeSortTable(*this, field, descending != 0, progress)) {
+    TakeSortTable(field, descending, std::move(table));
+  }
+}
+
+std::shared_ptr<const SortTable> CStats_Data::GetSortTable(int field) {
+  const auto* order = FindOrder(field);
+  return order != nullptr ? order->table : nullptr;
+}
+
+void CStats_Data::TakeSortTable(int field, int descending, std::shared_ptr<const SortTable> table) {
+  UseOrder(field).table = std::move(table);
   SetSorted(true, field, descending);
-  const int size = std::max(GetSize(), 0);
-  std::vector<double> values(static_cast<std::size_t>(size));
-  ReadRawValues(field, 0, size, values.data());
-  sortTables_[GetColumn(field)] = MakeSortTable(std::move(values), descending != 0);
 }
 
 void CStats_Data::GetRanks(int field, std::vector<int>& ranks) {
-  GrowSortFlags();
-  if (!sortedFlags_[GetColumn(field)]) return;
+  const auto* order = FindOrder(field);
+  if (order == nullptr || !order->sorted) return;
   const int n = GetSize();
   ranks.resize(static_cast<std::size_t>(n));
   for (int i = 0; i < n; ++i) ranks[static_cast<std::size_t>(GetSortedStation(field, i))] = i;
 }
 
 int CStats_Data::GetSortedStation(int field, int position) {
-  return sortTables_[GetColumn(field)][static_cast<std::size_t>(position)];
+  const auto* order = FindOrder(field);
+  assert(order != nullptr && order->table != nullptr);
+  return (*order->table)[static_cast<std::size_t>(position)];
+}
+
+// Changes.
+
+void CStats_Data::DataChanged(const DataChange& change) {
+  if (change.kind != DataChange::kColumn) {
+    ClearSort();
+  } else if (FindOrder(change.dim) != nullptr) {
+    SetSorted(false, change.dim, 0);
+    UseOrder(change.dim).table.reset();
+  }
+  DropPointSearch(change);
+
+  std::exception_ptr failure;
+  const auto listeners = listeners_;  // one may add another
+  for (const auto& listener : listeners) {
+    try {
+      if (const auto alive = listener.lock()) alive->OnDataChanged(change);
+    } catch (...) {
+      failure = std::current_exception();
+    }
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+void CStats_Data::AddListener(std::weak_ptr<CDataListener> listener) {
+  std::erase_if(listeners_, [](const auto& known) { return known.expired(); });
+  listeners_.push_back(std::move(listener));
 }
 
 // Bulk reads.

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "platform/core/String.h"
+#include "statistics/DataChange.h"
+#include "statistics/SortTable.h"
 
 namespace tallyscope {
 
@@ -22,7 +24,10 @@ class CStats_SampleVariogram;
 //
 // A host overrides at least GetSize, GetValueSize, GetValueName, the raw GetValue and IsValueValid, and GetSpatialSize
 // when it has coordinates (its reads then answer the negative dims too). The raw GetValue must answer for a null as
-// well: sorting and searching read raw values only. A host whose values change calls ClearSort.
+// well: sorting and searching read raw values only. A host whose values change says so by DataChanged.
+//
+// A host's read, or a sink, may throw: the exception passes through every operation and calculator, and leaves them as
+// after a cancel.
 class CStats_Data {
  public:
   CStats_Data() = default;
@@ -32,18 +37,31 @@ class CStats_Data {
 
   virtual int GetSize() { return 0; }
 
-  // Sort tables. A column has one at most, from sorted position to station.
+  // The host's word that its values have changed, after they have. Drops what hangs on them: sort tables, the search,
+  // and what each listener keeps. No query of the search may be under way, and no other thread may read.
+  void DataChanged(const DataChange& change);
+  // Who is told of each change, as long as it lives. One that throws keeps no other from hearing of it.
+  void AddListener(std::weak_ptr<CDataListener> listener);
+
+  // Sort tables. A column has one at most, from sorted position to station. Tables don't change once they are made.
 
   // True when the tables of all columns at once would take at most 2^28 bytes.
   virtual bool CanSort();
 
-  // Builds the column's table unless it stands in that direction (0 ascending, otherwise descending). Past CanSort it
-  // does nothing, so a caller that needs the table asks IsSorted afterwards. Nulls sort by their raw value. Not stable:
-  // the order of equal values is what comb sort (below 100 stations) and quicksort leave, and is always the same.
+  // Gives the column a table unless it has one in that direction (0 ascending, otherwise descending). Past CanSort it
+  // does nothing, and after a cancel the table that stood still stands, so a caller that needs the table asks IsSorted
+  // afterwards. Nulls sort by their raw value. Not stable: the order of equal values is what comb sort (below 100
+  // stations) and quicksort leave, and is always the same. The sink hears of large tables only.
   virtual void Sort(int field, int descending, CProgressSink* progress);
   virtual bool IsSorted(int field, int descending);
-  virtual void SetSorted(bool sorted, int field, int descending);
+  virtual void SetSorted(bool sorted, int field, int descending);  // the mark alone; for a table of the host's own
   virtual void ClearSort();
+
+  // The table that the column has, sorted or marked otherwise since; null without one. Whoever holds it may read it
+  // while the column is sorted anew.
+  std::shared_ptr<const SortTable> GetSortTable(int field);
+  // Gives the column a table that MakeSortTable has made of it, on a worker's thread perhaps.
+  void TakeSortTable(int field, int descending, std::shared_ptr<const SortTable> table);
 
   // Position of each station in the column's table; leaves `ranks` alone when the column is sorted in neither
   // direction.
@@ -69,7 +87,8 @@ class CStats_Data {
   // Station in the data set that this one was derived from, followed to the root.
   virtual int GetSourceStation(int station) { return station; }
 
-  // The spatial search over this table: made on first call, owned here.
+  // The spatial search over this table: made on first call, owned here. DestroyPointSearch ends it; the next call makes
+  // another, on the axes.
   virtual CStats_PointSearch* GetPointSearch();
   virtual void DestroyPointSearch();
   // Builds the search over the columns that it has been given, unless it stands. True as well, with nothing built, when
@@ -94,12 +113,18 @@ class CStats_Data {
   virtual void ReadRawValuesAt(int field, const int* stations, int count, double* values);
 
  private:
+  struct ColumnOrder {
+    std::shared_ptr<const SortTable> table;
+    bool sorted = false;
+    int direction = 0;
+  };
   std::size_t GetColumn(int field) { return static_cast<std::size_t>(GetSpatialSize() + field); }
-  void GrowSortFlags();
+  const ColumnOrder* FindOrder(int field);  // null before the column has been sorted or marked
+  ColumnOrder& UseOrder(int field);
+  void DropPointSearch(const DataChange& change);
 
-  std::vector<std::vector<int>> sortTables_;
-  std::vector<bool> sortedFlags_;
-  std::vector<int> sortDirections_;
+  std::vector<ColumnOrder> orders_;  // by column, as far as any is sorted
+  std::vector<std::weak_ptr<CDataListener>> listeners_;
 
   struct PointSearchDeleter {
     void operator()(CStats_PointSearch* search) const;

@@ -3,13 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 #include "platform/core/Archive.h"
 #include "statistics/BinCounter.h"
+#include "statistics/BlockReader.h"
 #include "statistics/SortedBinner.h"
 #include "statistics/StationBlocks.h"
 #include "statistics/Stats_Univariate.h"
 #include "statistics/Stats_vdData.h"
+#include "statistics/WorkProgress.h"
 
 namespace tallyscope {
 
@@ -17,6 +21,7 @@ namespace {
 
 constexpr int kSortedMode = 0;
 constexpr int kBinnedMode = 1;
+constexpr const char* kTask = "Histogram computation";
 
 constexpr std::size_t kStoredBin = sizeof(std::int32_t) + 4 * sizeof(double);  // bytes of the smallest stored bin
 
@@ -55,74 +60,75 @@ void CHistogramBin::Serialize(CArchive& archive) {
   archive >> count >> cumulative;
 }
 
+struct CStats_Histogram::Range {
+  int valid;
+  double minimum;
+  double maximum;
+};
+
 bool CStats_Histogram::CalculateItem(int item, int flags, CProgressSink* progress) {
   if (!IsItem(item)) return false;
-  if ((flags & 1) == 0 || (GetFlags(item) & 1) != 0) return (GetFlags(item) & 1) != 0;
-  auto* data = GetItemData(item);
-  const int dim = GetItemDim(item);
-  if (owner != nullptr ? ComputeBins(data, dim, progress) : ComputeAlone(data, dim, progress)) SetFlags(item, 1);
+  const bool wanted = (flags & 1) != 0 && (GetFlags(item) & 1) == 0;
+  if (wanted && ComputeBins(GetItemData(item), GetItemDim(item), progress)) SetFlags(item, 1);
   return (GetFlags(item) & 1) != 0;
 }
 
-bool CStats_Histogram::ComputeAlone(CStats_Data* data, int dim, CProgressSink* progress) {
-  CStats_Univariate figures;
-  figures.Add(data, dim);
-  if (!figures.Calculate(1, progress)) return false;  // cancelled: no bins from partial figures
-  owner = &figures;
-  const bool done = ComputeBins(data, dim, progress);
-  owner = nullptr;
-  return done;
-}
-
 bool CStats_Histogram::ComputeBins(CStats_Data* data, int dim, CProgressSink* progress) {
-  if (owner == nullptr) return ComputeAlone(data, dim, progress);
+  CStats_Univariate own;
+  if (owner == nullptr) {
+    own.Add(data, dim);
+    if (!own.Calculate(1, progress)) return false;  // cancelled: no bins from partial figures
+  }
+  const UnivariateFigures& figures = owner != nullptr ? *owner : own;
+  const Range range{figures.valid, figures.minimum, figures.maximum};
   if (binMode_ != kSortedMode && binMode_ != kBinnedMode) return false;
   if (progress != nullptr) {
-    progress->SetTask("Histogram computation", 0);
+    progress->SetTask(kTask, 0);
     if (!progress->OnProgress(0)) return false;
   }
-  return binMode_ == kBinnedMode ? ComputeBinned(data, dim, progress) : ComputeSorted(data, dim, progress);
+  return binMode_ == kBinnedMode ? ComputeBinned(data, dim, range, progress)
+                                 : ComputeSorted(data, dim, range, progress);
 }
 
-bool CStats_Histogram::ComputeBinned(CStats_Data* data, int dim, CProgressSink* progress) {
-  validCount_ = owner->valid;
-  bins.clear();
-  const int count = std::min(validCount_, maxBins_);
-  if (count < 1) return false;
-  BinCounter counter(owner->minimum, owner->maximum, count);
+bool CStats_Histogram::ComputeBinned(CStats_Data* data, int dim, const Range& range, CProgressSink* progress) {
+  BinCounter counter(range.minimum, range.maximum, std::max(std::min(range.valid, maxBins_), 0));
   StationProgress reports(progress, data->GetSize());
-  const bool done =
-      VisitValidValues(*data, dim, reports, [&](const double* values, int good, int) { counter.Add(values, good); });
-  bins = counter.GetBins(validCount_);
-  return done;
+  CBlockReader reader({{data, dim}}, counter.IsEmpty() ? 0 : data->GetSize());
+  const bool whole = reader.VisitJoint(reports, [&] { counter.Add(reader.Values(0)); });
+  TakeBins(counter.GetBins(range.valid), range.valid, whole);
+  return whole && !bins.empty();
+}
+
+bool CStats_Histogram::ComputeSorted(CStats_Data* data, int dim, const Range& range, CProgressSink* progress) {
+  CInnerTask sorting(progress);
+  data->Sort(dim, 0, sorting.GetSink());
+  sorting.Leave(kTask);
+  if (!data->IsSorted(dim, 0)) return false;
+  std::vector<CHistogramBin> made(static_cast<std::size_t>(std::max(std::min(range.valid, maxBins_), 0)));
+  SortedBinner binner(made, range.valid);
+  StationProgress reports(progress, data->GetSize());
+  const bool whole = made.empty() || VisitSortedValues(*data, dim, reports, [&](double value) { binner.Add(value); });
+  if (whole && !made.empty()) binner.Finish();
+  TakeBins(std::move(made), range.valid, whole);
+  return whole && !bins.empty();
+}
+
+// What a cancel has left in part never replaces bins that stand.
+void CStats_Histogram::TakeBins(std::vector<CHistogramBin> made, int validCount, bool whole) {
+  if (!whole && !bins.empty()) return;
+  bins = std::move(made);
+  validCount_ = validCount;
 }
 
 void CStats_Histogram::TakeBins(const BinCounter& counter) {
-  validCount_ = owner->valid;
-  bins = counter.GetBins(validCount_);
+  TakeBins(counter.GetBins(owner->valid), owner->valid, true);
   if (!bins.empty()) SetFlags(0, 1);
-}
-
-bool CStats_Histogram::ComputeSorted(CStats_Data* data, int dim, CProgressSink* progress) {
-  data->Sort(dim, 0, progress);
-  if (!data->IsSorted(dim, 0)) return false;
-  validCount_ = owner->valid;
-  const int count = std::min(validCount_, maxBins_);
-  bins.clear();
-  if (count < 1) return false;
-  bins.resize(static_cast<std::size_t>(count));
-
-  SortedBinner binner(bins, validCount_);
-  StationProgress reports(progress, data->GetSize());
-  const bool done = VisitSortedValues(*data, dim, reports, [&](double value) { binner.Add(value); });
-  if (done) binner.Finish();
-  return done;
 }
 
 double CStats_Histogram::GetMode() {
   if (bins.empty() || (binMode_ != kSortedMode && binMode_ != kBinnedMode)) return 0;
   const CHistogramBin* best = &bins.front();
-  double spread = 1e10;
+  double spread = std::numeric_limits<double>::infinity();
   double most = -1;
   for (const auto& bin : bins) {
     const double range = bin.dataMax - bin.dataMin;
@@ -204,13 +210,12 @@ int CStats_Histogram::FindLastBin(double fraction) {
 }
 
 bool CStats_Histogram::Compute(std::vector<double>* values, int binMode) {
-  CStats_vdData data(values);
-  const int item = GetItemCount();
-  Add(&data, 0);
+  Add(nullptr, 0);
   SetBinMode(binMode);
-  const bool done = CalculateItem(0, 1, nullptr);
-  SetItemData(item, nullptr);  // the table ends with this call
-  return done;
+  if (GetItemCount() > 1) return CalculateItem(0, 1, nullptr);
+  CStats_vdData data(values);
+  if (ComputeBins(&data, 0, nullptr)) SetFlags(0, 1);
+  return (GetFlags(0) & 1) != 0;
 }
 
 bool CStats_Histogram::ConvertToSorted(int count) {

@@ -40,6 +40,8 @@ class CStats_Histogram : public CStats_Calculator {
   CStats_Univariate* owner = nullptr;
 
   bool CalculateItem(int item, int flags, CProgressSink* progress) override;
+  // Settings, flags and bins, not the owner. Counts below 0, or of more bins than the archive still holds, leave no
+  // bins and a failed archive.
   void Serialize(CArchive& archive) override;
 
   virtual void SetBinMode(int mode) { binMode_ = mode; }
@@ -49,20 +51,23 @@ class CStats_Histogram : public CStats_Calculator {
   virtual int GetBinCount() { return static_cast<int>(bins.size()); }
   virtual int GetValidCount() { return validCount_; }
 
-  // Middle of the values of the densest bin; 0 without bins. Sorted: the bin of the smallest spread; binned: of the
-  // largest count.
+  // Middle of the values of the densest bin; 0 without bins. Sorted: the bin of the smallest spread, however large;
+  // binned: of the largest count. Of several the first.
   virtual double GetMode();
   virtual double GetPercentile(double fraction);   // value at a cumulative fraction; 0 without bins
   virtual int FindPercentileBin(double fraction);  // first bin whose cumulative reaches it; -1 without bins
   virtual int GetBinIndex(double value);           // bin of a value; -1 without bins
-  virtual double GetCumulative(double value);      // cumulative fraction at a value; 0 without bins
+  virtual double GetCumulative(double value);      // cumulative fraction at a value; 0 without bins, and if it is NaN
   virtual int FindFirstBin(double fraction);       // first bin at or above; the bin count if none
   virtual int FindLastBin(double fraction);        // last bin strictly below; -1 if none
 
-  // Histogram of a plain vector, for a fresh object. The item it adds has no data set afterwards.
+  // Histogram of a plain vector, for a fresh object. The item that it adds has no data set.
   virtual bool Compute(std::vector<double>* values, int binMode);
   virtual bool ConvertToSorted(int count);  // from equal width to equal count, without reading the data again
   virtual bool Regroup(int count);          // sorted bins into fewer; false for other modes, no bins, or count < 1
+  // Bins in the mode and up to the limit that are set. False when the table can't be sorted or the sink cancels: the
+  // bins then stay, or hold what was reached where there were none; and false, with no bins, when there is nothing to
+  // put in any.
   virtual bool ComputeBins(CStats_Data* data, int dim, CProgressSink* progress);
 
   // GetBinIndex of each of `count` values.
@@ -72,9 +77,11 @@ class CStats_Histogram : public CStats_Calculator {
   void TakeBins(const BinCounter& counter);
 
  private:
-  bool ComputeAlone(CStats_Data* data, int dim, CProgressSink* progress);  // with figures computed on the way
-  bool ComputeSorted(CStats_Data* data, int dim, CProgressSink* progress);
-  bool ComputeBinned(CStats_Data* data, int dim, CProgressSink* progress);
+  struct Range;  // of the values to be put in bins
+
+  bool ComputeSorted(CStats_Data* data, int dim, const Range& range, CProgressSink* progress);
+  bool ComputeBinned(CStats_Data* data, int dim, const Range& range, CProgressSink* progress);
+  void TakeBins(std::vector<CHistogramBin> made, int validCount, bool whole);
 
   int validCount_ = 0;
   int binMode_ = 0;

@@ -15,10 +15,21 @@ constexpr int kBlock = 512;
 
 }  // namespace
 
-CStats_Region::CStats_Region(CStats_Spatial* spatial) : spatial_(spatial) {
+class CStats_Region::SourceListener : public CDataListener {
+ public:
+  explicit SourceListener(CStats_Region& region) : region_(region) {}
+  void OnDataChanged(const DataChange& change) override { region_.DataChanged(change); }
+
+ private:
+  CStats_Region& region_;
+};
+
+CStats_Region::CStats_Region(CStats_Spatial* spatial)
+    : spatial_(spatial), listener_(std::make_shared<SourceListener>(*this)) {
   const std::vector<int>& stations = GetStations();
   size_ = static_cast<int>(stations.size());
   ascending_ = std::adjacent_find(stations.begin(), stations.end(), std::greater_equal<>()) == stations.end();
+  if (spatial->IsItem(0)) spatial->GetItemData(0)->AddListener(listener_);
 }
 
 CStats_Data* CStats_Region::GetSource() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "statistics/Stats_Data.h"
@@ -11,7 +12,8 @@ class CStats_Spatial;
 
 // The selected stations of a table as a table of their own, so that every calculator works on them alone. It copies
 // nothing: it reads through the first station list of a spatial calculator, which must stand still as long as the
-// region is in use, and through the data set of that calculator's item 0.
+// region is in use, and through the data set of that calculator's item 0. A change of that data set is one of the
+// region too.
 class CStats_Region : public CStats_Data {
  public:
   explicit CStats_Region(CStats_Spatial* spatial);  // not owned
@@ -38,7 +40,10 @@ class CStats_Region : public CStats_Data {
   bool IsRun(int first, int count) const;
   int At(int station) const { return GetStations()[static_cast<std::size_t>(station)]; }
 
+  class SourceListener;
+
   CStats_Spatial* spatial_;
+  std::shared_ptr<CDataListener> listener_;
   int size_ = 0;
   bool ascending_ = true;
 };

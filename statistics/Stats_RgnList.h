@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "statistics/Stats_Rgn.h"
@@ -23,6 +24,11 @@ class CStats_RgnList {
   int GetCount() const { return static_cast<int>(regions_.size()); }
   CStats_Rgn& Get(int index) const { return *regions_[static_cast<std::size_t>(index)]; }
   void Append(std::unique_ptr<CStats_Rgn> region) { regions_.push_back(std::move(region)); }
+  std::unique_ptr<CStats_Rgn> RemoveLast() {  // of a list that isn't empty
+    auto region = std::move(regions_.back());
+    regions_.pop_back();
+    return region;
+  }
   void Clear() { regions_.clear(); }
 
   void DropUndone();               // from the end, as long as the last one is inactive

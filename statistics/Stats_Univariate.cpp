@@ -5,11 +5,12 @@
 #include <cmath>
 #include <limits>
 #include <typeinfo>
+#include <utility>
 
 #include "platform/core/Archive.h"
 #include "statistics/BinCounter.h"
+#include "statistics/BlockReader.h"
 #include "statistics/CubeSum.h"
-#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
@@ -105,13 +106,13 @@ bool CStats_Univariate::CalcBasic(CStats_Data* data, int dim, CProgressSink* pro
   maximum = -1e10;
   double sum = 0;
   double squares = 0;
-  const bool done = VisitValidValues(*data, dim, reports, [&](const double* values, int good, int stations) {
+  CBlockReader reader({{data, dim}}, total);
+  const bool done = reader.VisitJoint(reports, [&] {
     double low = minimum;
     double high = maximum;
     double s = sum;
     double q = squares;
-    for (int i = 0; i < good; ++i) {
-      const double x = values[i];
+    for (const double x : reader.Values(0)) {
       low = x < low ? x : low;
       high = x > high ? x : high;
       s += x;
@@ -121,8 +122,9 @@ bool CStats_Univariate::CalcBasic(CStats_Data* data, int dim, CProgressSink* pro
     maximum = high;
     sum = s;
     squares = q;
+    const int good = static_cast<int>(reader.Values(0).size());
     valid += good;
-    invalid += stations - good;
+    invalid += reader.Count() - good;
   });
   if (!done) return false;
   if (valid == 0) minimum = maximum = 0;
@@ -140,23 +142,24 @@ bool CStats_Univariate::CalcSkewness(CStats_Data* data, int dim, CProgressSink* 
   StationProgress reports(progress, data->GetSize());
   if (!reports.Start("Skewness computation")) return false;
   CubeSum cubes(mean);
-  const bool done =
-      VisitValidValues(*data, dim, reports, [&](const double* values, int good, int) { cubes.Add(values, good); });
+  CBlockReader reader({{data, dim}}, data->GetSize());
+  const bool done = reader.VisitJoint(reports, [&] { cubes.Add(reader.Values(0)); });
   if (done) SetSkewness(cubes.GetSum());
   return done;
 }
 
 // Both passes that need the basic figures in one: the values are read once.
 bool CStats_Univariate::CalcSkewnessAndBins(CStats_Data* data, int dim) {
-  StationProgress reports(nullptr, data->GetSize());
   CubeSum cubes(mean);
   BinCounter counter(minimum, maximum, std::min(valid, kBinnedBins));
-  VisitValidValues(*data, dim, reports, [&](const double* values, int good, int) {
-    cubes.Add(values, good);
-    counter.Add(values, good);
-  });
+  CBlockReader reader({{data, dim}}, data->GetSize());
+  while (reader.Next()) {
+    reader.KeepJoint();
+    cubes.Add(reader.Values(0));
+    counter.Add(reader.Values(0));
+  }
   SetSkewness(cubes.GetSum());
-  PrepareHistogram(binnedHistogram, data, dim, 1, kBinnedBins);
+  binnedHistogram = MakeHistogram(data, dim, 1, kBinnedBins);
   binnedHistogram.TakeBins(counter);
   return true;
 }
@@ -167,23 +170,30 @@ void CStats_Univariate::SetSkewness(double cubes) {
   skewness = spread ? moment / std::pow(standardDeviation, 3.0) : moment;
 }
 
-void CStats_Univariate::PrepareHistogram(CStats_Histogram& histogram, CStats_Data* data, int dim, int binMode,
-                                         int maxBins) {
+// One to be computed.
+CStats_Histogram CStats_Univariate::MakeHistogram(CStats_Data* data, int dim, int binMode, int maxBins) {
+  CStats_Histogram histogram;
   histogram.SetBinMode(binMode);
   histogram.SetMaxBins(maxBins);
-  histogram.Clear();
   histogram.Add(data, dim);
   histogram.owner = this;
+  return histogram;
+}
+
+// A histogram that has been computed stands until another takes its place whole.
+bool CStats_Univariate::Replace(CStats_Histogram& histogram, CStats_Histogram anew, CProgressSink* progress) {
+  const bool done = anew.Calculate(1, progress);
+  const bool stands = histogram.GetItemCount() > 0 && (histogram.GetFlags(0) & 1) != 0;
+  if (done || !stands) histogram = std::move(anew);
+  return done;
 }
 
 bool CStats_Univariate::MakeSorted(CStats_Data* data, int dim, CProgressSink* progress) {
-  PrepareHistogram(sortedHistogram, data, dim, 0, kSortedBins);
-  return sortedHistogram.Calculate(1, progress) && CalcSorted(data, dim);
+  return Replace(sortedHistogram, MakeHistogram(data, dim, 0, kSortedBins), progress) && CalcSorted(data, dim);
 }
 
 bool CStats_Univariate::MakeBinned(CStats_Data* data, int dim, CProgressSink* progress) {
-  PrepareHistogram(binnedHistogram, data, dim, 1, kBinnedBins);
-  return binnedHistogram.Calculate(1, progress) && CalcBinned(data, dim);
+  return Replace(binnedHistogram, MakeHistogram(data, dim, 1, kBinnedBins), progress) && CalcBinned(data, dim);
 }
 
 bool CStats_Univariate::CalcSorted(CStats_Data*, int) {

@@ -40,7 +40,8 @@ struct UnivariateFigures {
 //   8   quantiles from the binned histogram (and 1)
 //   16  quantiles from the sorted histogram if it can be made, from the binned one otherwise; sets 4 or 8, and 16, 32
 //   32  quantiles from the binned histogram; sets 8, 16, 32
-// 16 and 32 do nothing once 4 or 8 stands.
+// 16 and 32 do nothing once 4 or 8 stands. Without bit 1, as after a cancel, nothing else is computed: a later call
+// does it all.
 class CStats_Univariate : public CStats_Calculator, public UnivariateFigures {
  public:
   CStats_Univariate() = default;
@@ -64,7 +65,8 @@ class CStats_Univariate : public CStats_Calculator, public UnivariateFigures {
   void CalculateRequests(int item, int flags, CProgressSink* progress);  // bits 16 and 32
   bool CalcSkewnessAndBins(CStats_Data* data, int dim);
   void SetSkewness(double cubes);
-  void PrepareHistogram(CStats_Histogram& histogram, CStats_Data* data, int dim, int binMode, int maxBins);
+  CStats_Histogram MakeHistogram(CStats_Data* data, int dim, int binMode, int maxBins);
+  static bool Replace(CStats_Histogram& histogram, CStats_Histogram anew, CProgressSink* progress);
   bool MakeSorted(CStats_Data* data, int dim, CProgressSink* progress);
   bool MakeBinned(CStats_Data* data, int dim, CProgressSink* progress);
   void ShowBinned();

@@ -6,16 +6,21 @@
 
 #include "spatial/Stats_ModelVariogram.h"
 #include "spatial/Stats_SampleVariogram.h"
-#include "statistics/Stats_Calculator.h"
+#include "statistics/DataChange.h"
 #include "statistics/Stats_Univariate.h"
 
 namespace tallyscope {
 
-class CStats_Data;
+class CStats_Bivariate;
+class CStats_Multivariate;
 class CStats_Spatial;
 
 // A session: one data set under analysis, the mode, the fields chosen for it, and the calculators and per-field caches
 // that belong to the data set. Fields are named by dims (see Stats_Data.h), which are not checked.
+//
+// When the data set says that it has changed, the session drops what it had computed from the columns concerned, and
+// replays the selection. Pointers to its calculators stay good, those to caches as long as the number of columns is the
+// same. Models stay as they are, unless dims name other columns than before.
 class CTallyscope {
  public:
   enum eAnalysisMode : int { eUnivariate = 0, eBivariate = 1, eMultivariate = 2, eSpatial = 3, eVariogram = 4 };
@@ -34,7 +39,9 @@ class CTallyscope {
   CTallyscope& operator=(const CTallyscope&) = delete;
   virtual ~CTallyscope();
 
-  // Takes the data set as working table and spreadsheet table, and sizes and fills the per-field caches.
+  // Takes the data set as working table and spreadsheet table, and sizes and fills the per-field caches. A session that
+  // was filled before ends its calculators, caches and selection first, and the table if it owns it and this is
+  // another.
   void Fill(CStats_Data* data, bool owns);
 
   void SetMode(eAnalysisMode mode) { mode_ = mode; }
@@ -75,7 +82,10 @@ class CTallyscope {
   // The calculator of the mode, for use after Fill. Null where the mode has none.
   CStats_Calculator* GetCalculator();
   // The one that CreateCalculator made, whatever the mode is now; null without.
-  CStats_Calculator* GetOwnCalculator() const { return calculator_.get(); }
+  CStats_Calculator* GetOwnCalculator() const;
+  // The same by its type; null unless it is of that.
+  CStats_Bivariate* GetBivariate() const { return bivariate_.get(); }
+  CStats_Multivariate* GetMultivariate() const { return multivariate_.get(); }
 
   CStats_Univariate* GetUniStats(int dim);
   // The host's own object where its data set keeps one, the cached one otherwise.
@@ -85,7 +95,13 @@ class CTallyscope {
   SpreadsheetSort sort;
 
  private:
+  class Listener;
+
+  void MakeCaches();
   void FillCaches(int dim);
+  void DropResults(const DataChange& change);
+  void DropFigures(int dim);
+  void DropSelection();
   std::size_t GetCacheIndex(int dim) const;
 
   int levelId_;
@@ -98,14 +114,17 @@ class CTallyscope {
   std::vector<int> dims_{-1};
   int spDim_ = -1;
   int varDim_ = 0;
+  int axes_ = 0;  // when the caches were made
   // Destroyed from the last to the first: calculators before the data set that they read.
   std::vector<CStats_SampleVariogram> variograms_;
   std::vector<CStats_ModelVariogram> variogramModels_;
   std::vector<CStats_Univariate> uniStats_;
   bool ownsData_ = false;
   std::unique_ptr<CStats_Data> ownedData_;
+  std::shared_ptr<CDataListener> listener_;
   std::unique_ptr<CStats_Spatial> spatial_;
-  std::unique_ptr<CStats_Calculator> calculator_;
+  std::unique_ptr<CStats_Bivariate> bivariate_;  // one of the two at most
+  std::unique_ptr<CStats_Multivariate> multivariate_;
 };
 
 }  // namespace tallyscope

@@ -13,11 +13,10 @@
 #include "platform/ui/DataExchange.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/WinApp.h"
-#include "spatial/Stats_PointSearch.h"
-#include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
 #include "workbench/DimIndex.h"
+#include "workbench/FieldBox.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -62,29 +61,21 @@ int CDlg_Tallyscope::GetDimension() const {
   return GetData()->GetSpatialSize();
 }
 
-void CDlg_Tallyscope::PushData(CStats_Data* data, bool owns) {
-  sessions_.push_back(std::make_unique<CTallyscope>());
-  GetTallyscope()->Fill(data, owns);
+void CDlg_Tallyscope::PopData() {
+  acts_.Run([this] { Pop(); });
 }
 
-void CDlg_Tallyscope::PopData() {
-  if (sessions_.size() < 2) return;
+void CDlg_Tallyscope::Pop() {
+  if (sessions_.GetDepth() < 2) return;
   ResetDialog();
-  sessions_.pop_back();
+  sessions_.Pop();
   ConnectSpreadsheet(GetSSData(), highlightKey_);
   UpdateData(false);
   CreatePS(0);
 }
 
 void CDlg_Tallyscope::Destroy() {
-  while (sessions_.size() > 1) sessions_.pop_back();
-  if (sessions_.empty()) return;
-  // The host's table gets its search back as it is made by default.
-  if (auto* data = GetData()) {
-    data->GetPointSearch()->SetFields(-1, -2, -3, data->GetSpatialSize());
-    data->PreparePointSearch(nullptr);
-  }
-  sessions_.pop_back();
+  sessions_.EndAll();
 }
 
 // Opening.
@@ -102,6 +93,20 @@ bool CDlg_Tallyscope::OnInitDialog() {
   grid_->AutoSizeColumns();
   RestoreLayout();
   return true;
+}
+
+void CDlg_Tallyscope::OnOK() {
+  acts_.Run([this] {
+    acts_.Forget();
+    CDialog::OnOK();
+  });
+}
+
+void CDlg_Tallyscope::OnCancel() {
+  acts_.Run([this] {
+    acts_.Forget();
+    CDialog::OnCancel();
+  });
 }
 
 void CDlg_Tallyscope::OnDestroy() {
@@ -139,13 +144,8 @@ void CDlg_Tallyscope::FillBoxes() {
   auto* modeBox = GetControl<QComboBox>(kControlMode);
   for (const auto mode : modes_) modeBox->addItem(ToQString(LoadString(GetModeString(mode))));
   if (GetData() == nullptr) return;
-  const int axes = GetDimension();
-  QStringList names;
-  for (int i = 0; i < axes + GetData()->GetValueSize(); ++i) {
-    names << ToQString(GetData()->GetValueName(DimFromIndex(i, axes)));
-  }
-  GetControl<QComboBox>(kControlKeyField)->addItems(names);
-  GetControl<QComboBox>(kControlAncField)->addItems(names);
+  const QStringList names = GetFieldNames(*GetData());
+  for (const int id : {kControlKeyField, kControlAncField}) FillFieldBox(*GetControl<QComboBox>(id), names);
 }
 
 void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
@@ -181,74 +181,43 @@ void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
 }
 
 void CDlg_Tallyscope::EnableControls() {
+  if (pageEnablesControls_) return;
   const bool two = HasTwoFields(GetMode());
   EnableDlgItem(kControlKeyField, true);
   ShowDlgItem(kControlKeyField, true);
   EnableDlgItem(kControlAncField, two);
   ShowDlgItem(kControlAncField, two);
   ancLabel_->setVisible(two);
-  EnableDlgItem(kControlPop, sessions_.size() > 1);
-  auto* spatial = GetSpatialCalculator();
-  EnableDlgItem(kControlPush, spatial != nullptr && spatial->regions.GetLastActive() != nullptr);
+  EnableDlgItem(kControlPop, sessions_.GetDepth() > 1);
+  EnableDlgItem(kControlPush, sessions_.CanPushSelection());
   ShowSelectedCount();
 }
 
 // The user's choices.
 
 void CDlg_Tallyscope::OnSelchangeMode() {
-  if (sheet_) sheet_->Process(0);
-  const auto before = GetMode();
-  UpdateData(true);
-  EnableControls();
-  if (GetMode() == before) return;
-  ResetDialog();
-  ChangeMode();
-  UpdateData(false);
-  CreatePS(0);
-}
-
-int CDlg_Tallyscope::RepairedDim(int dim) const {
-  return IsDimInRange(dim, GetDimension(), GetData()->GetValueSize()) ? dim : 0;
-}
-
-// Gives the new mode the fields that it had last, as far as the table has them.
-void CDlg_Tallyscope::ChangeMode() {
-  auto* session = GetTallyscope();
-  switch (GetMode()) {
-    case CTallyscope::eUnivariate:
-      SetUniDim(RepairedDim(session->GetUniDim()));
-      return;
-    case CTallyscope::eSpatial:
-      SetSPDim(RepairedDim(session->GetSPDim()));
-      return;
-    case CTallyscope::eVariogram:
-      SetVarDim(RepairedDim(session->GetVarDim()));
-      return;
-    case CTallyscope::eBivariate:
-    case CTallyscope::eMultivariate:
-      break;
-  }
-  SetBiDim1(session->GetBiDim1());
-  SetBiDim2(session->GetBiDim2());
-  if (GetKeyDim() == GetAncDim()) {
-    SetBiDim1(-1);
-    SetBiDim2(0);
-  }
-  const int axes = GetDimension();
-  const int fields = GetData()->GetValueSize();
-  if (!IsDimInRange(GetKeyDim(), axes, fields)) SetBiDim1(0);
-  if (!IsDimInRange(GetKeyDim(), axes, fields) || !IsDimInRange(GetAncDim(), axes, fields)) {
-    SetBiDim2(fields > 1 ? 1 : -1);
-  }
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const auto before = GetMode();
+    UpdateData(true);
+    EnableControls();
+    if (GetMode() == before) return;
+    ResetDialog();
+    sessions_.RepairFields();
+    UpdateData(false);
+    CreatePS(0);
+  });
 }
 
 void CDlg_Tallyscope::OnSelchangeKeyField() {
-  if (sheet_) sheet_->Process(0);
-  const int before = GetKeyDim();
-  UpdateData(true);
-  if (GetKeyDim() == before) return;
-  RefreshDialog(false);
-  ShowKeyColumn();
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const int before = GetKeyDim();
+    UpdateData(true);
+    if (GetKeyDim() == before) return;
+    RefreshDialog(false);
+    ShowKeyColumn();
+  });
 }
 
 // Brings the key field's column into view, at the rows that are there.
@@ -259,15 +228,20 @@ void CDlg_Tallyscope::ShowKeyColumn() {
 }
 
 void CDlg_Tallyscope::OnSelchangeAncField() {
-  if (sheet_) sheet_->Process(0);
-  const int before = GetAncDim();
-  UpdateData(true);
-  if (GetAncDim() != before) RefreshDialog(false);
+  acts_.Run([this] {
+    if (sheet_) sheet_->Process(0);
+    const int before = GetAncDim();
+    UpdateData(true);
+    if (GetAncDim() != before) RefreshDialog(false);
+  });
 }
 
 void CDlg_Tallyscope::OnPopData() {
-  PopData();
-  EnableControls();
+  acts_.Run([this] {
+    Pop();
+    EnableControls();
+    FocusPage();
+  });
 }
 
 // Opens the help page of the mode shown. The help file lies beside the product's program, whose path the profile keeps.

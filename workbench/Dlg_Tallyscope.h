@@ -2,12 +2,14 @@
 #pragma once
 
 #include <memory>
-#include <utility>
 #include <vector>
+
+#include <QPointer>
 
 #include "platform/core/Colour.h"
 #include "platform/ui/Dialog.h"
-#include "statistics/Tallyscope.h"
+#include "workbench/SessionController.h"
+#include "workbench/WaitingActs.h"
 
 class QSplitter;
 
@@ -16,7 +18,6 @@ namespace tallyscope {
 class CMenu;
 class CPS_BaseTS;
 class CStats_Data;
-class CStats_Rgn;
 class CStats_Spatial;
 class CTSSelectGridCtrl;
 struct GV_DISPINFO;
@@ -29,16 +30,19 @@ inline constexpr unsigned long kShowVariogram = 0x10;
 inline constexpr unsigned long kShowVariogramModel = 0x20;
 
 // The workbench's window: a spreadsheet of the working table on top, the property sheet of the current analysis below
-// it. It owns a stack of sessions, the top one being the working table, and one sheet at a time, built anew on each
-// change of mode, field or table. It holds no statistics of its own. A host reaches it through CDlg_Tallyscope_Ext;
-// PushData must have been called before DoModal.
+// it. It owns a stack of sessions, the top one being the working table, through a SessionController that does what
+// needs no window, and one sheet at a time, built anew on each change of mode, field or table. It holds no statistics
+// of its own. A host reaches it through CDlg_Tallyscope_Ext; PushData must have been called before DoModal.
+//
+// What takes the sheet or a session down (a push, a pop, another mode or field, RefreshDialog, the end) waits while a
+// menu or a dialog is open on top of the window: see WaitingActs.
 class CDlg_Tallyscope : public CDialog {
  public:
   explicit CDlg_Tallyscope(CWnd* parent = nullptr);
   ~CDlg_Tallyscope() override;
 
   // The session on top and what it answers. Null before the first PushData; the others are for use after it.
-  CTallyscope* GetTallyscope() const { return sessions_.empty() ? nullptr : sessions_.back().get(); }
+  CTallyscope* GetTallyscope() const { return sessions_.GetTop(); }
   int GetLevelID() const { return GetTallyscope()->GetLevelID(); }
   int GetDimension() const;
   void SetData(CStats_Data* data) { GetTallyscope()->SetData(data); }
@@ -63,7 +67,7 @@ class CDlg_Tallyscope : public CDialog {
   CStats_ModelVariogram* GetVariogramModel(int dim) const { return GetTallyscope()->GetVariogramModel(dim); }
 
   // Stacks a session on a table, and takes it over when `owns`. Touches no window.
-  void PushData(CStats_Data* data, bool owns);
+  void PushData(CStats_Data* data, bool owns) { sessions_.Push(data, owns); }
   void PopData();  // back to the session below; nothing when there is none
 
   void RefreshDialog(bool save);  // builds the sheet anew, on the same page
@@ -79,10 +83,10 @@ class CDlg_Tallyscope : public CDialog {
   void ConnectSpreadsheet(CStats_Data* data, bool highlightKey);
   void EnsureVisibleSS(int row, int col);
   void UpdateSortFlag();
-  bool GetAllowSSSelection() const { return allowSelection_; }
-  void SetAllowSSSelection(bool allow) { allowSelection_ = allow; }
+  bool GetAllowSSSelection() const { return sessions_.allowSelection; }
+  void SetAllowSSSelection(bool allow) { sessions_.allowSelection = allow; }
   // Whether the station is selected, as far as the spreadsheet shows the table that the selection is of.
-  bool IsSelectedRow(int station) const;
+  bool IsSelectedRow(int station) const { return sessions_.IsSelected(station); }
   CTSSelectGridCtrl* GetGrid() const { return grid_; }
 
   // What the status line says while the pointer is on nothing.
@@ -96,6 +100,8 @@ class CDlg_Tallyscope : public CDialog {
 
  protected:
   bool OnInitDialog() override;
+  void OnOK() override;
+  void OnCancel() override;
   void OnDestroy() override;
   void CreateControls() override;
   void DoDataExchange(CDataExchange* exchange) override;
@@ -130,6 +136,8 @@ class CDlg_Tallyscope : public CDialog {
   void OnBnClickedButtonCeSpreadsheet();
   void OnHelp();
 
+  virtual void ShowSelectedCount();  // at each EnableControls
+
   virtual void SelectRow(int position, int shift, int control);
   virtual void SelectCol(int column, int shift, int control);
   virtual int ComposeMenu(CMenu* menu, int row, int col);
@@ -148,26 +156,26 @@ class CDlg_Tallyscope : public CDialog {
   void MakeTips();
   void RestoreLayout();
   void SaveLayout() const;
+  QWidget* GetFocusPlace() const;
+  void FocusPage();
 
   void FillModes();
   void FillBoxes();
-  void ChangeMode();
+  void Pop();
+  void Push();
   void ShowKeyColumn();
-  int RepairedDim(int dim) const;  // the dim if the table has it, else 0
 
   // The sheet (Dlg_Tallyscope_Sheets.cpp).
   void SearchBy(int x, int y, int z, int count);
   void StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage, int titleId);
 
   // The selection (Dlg_Tallyscope_Selection.cpp).
-  std::pair<int, int> FindShiftRange(int position);
-  std::unique_ptr<CStats_Rgn> MakeRowRegion(int first, int last);
   void OnSelectionChanged();
-  void ShowSelectedCount();
+  void RefreshPage();
 
   // The spreadsheet (Dlg_Tallyscope_Spreadsheet.cpp).
-  bool IsSortedSS();  // the spreadsheet shows the session's sort; brings a stale sort table back first
-  int GetStationSS(int position);
+  bool IsSortedSS();  // the spreadsheet shows the session's table and sort; brings a stale sort table back first
+  void RestoreWidths();
   bool IsDimInUse(int dim) const;
   bool SupplyCell(GV_DISPINFO* info);
   COLORREF GetCellColour(int dim, int station) const;
@@ -177,21 +185,23 @@ class CDlg_Tallyscope : public CDialog {
   void FindValue(int col);
   void ShowCellStatus(int row);
 
-  std::vector<std::unique_ptr<CTallyscope>> sessions_;
+  SessionController sessions_;
   std::unique_ptr<CPS_BaseTS> sheet_;
   CTSSelectGridCtrl* grid_ = nullptr;
   QSplitter* splitter_ = nullptr;
   QWidget* sheetArea_ = nullptr;
   QWidget* ancLabel_ = nullptr;
+  QPointer<QWidget> parkedFocus_;  // where the focus of a page that went waits for the next page
+  WaitingActs acts_{*this};
 
   COLORREF normalColour_ = 0xffffff;
   COLORREF nullColour_ = 0x80c0ff;
   COLORREF keyColour_ = 0xffc0c0;
   COLORREF selectedColour_ = 0xc0c0ff;
   bool highlightKey_ = true;
-  bool allowSelection_ = true;
   bool spreadsheetShown_ = true;
-  int hiddenHeight_ = 0;  // what the window shrank by
+  bool pageEnablesControls_ = false;  // the window's follow when the page's are done
+  int hiddenHeight_ = 0;              // what the window shrank by
   unsigned long showMask_ = kShowUnivariate | kShowBivariate | kShowSpatial | kShowVariogram;
   std::vector<CTallyscope::eAnalysisMode> modes_;
   int keyIndex_ = 0;

@@ -11,7 +11,6 @@
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/DimIndex.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_Bivariate.h"
 #include "workbench/PS_Spatial.h"
@@ -21,10 +20,12 @@
 namespace tallyscope {
 
 void CDlg_Tallyscope::RefreshDialog(bool save) {
-  if (save && sheet_) sheet_->Process(0);
-  const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
-  ResetDialog();
-  CreatePS(page);
+  acts_.Run([this, save] {
+    if (save && sheet_) sheet_->Process(0);
+    const int page = sheet_ ? sheet_->GetActiveIndex() : 0;
+    ResetDialog();
+    CreatePS(page);
+  });
 }
 
 void CDlg_Tallyscope::ResetDialog() {
@@ -35,7 +36,13 @@ void CDlg_Tallyscope::ResetDialog() {
   update();
 }
 
+// A focus that dies goes to the next control in turn, which may be OK, and the next Space then ends the window. So it
+// is taken off the sheet before.
 void CDlg_Tallyscope::DestroyPSheet() {
+  if (sheet_ && (sheet_.get() == focusWidget() || sheet_->isAncestorOf(focusWidget()))) {
+    parkedFocus_ = GetFocusPlace();
+    parkedFocus_->setFocus(Qt::OtherFocusReason);
+  }
   sheet_.reset();
 }
 
@@ -70,9 +77,7 @@ void CDlg_Tallyscope::Start_Univariate(int startPage) {
 void CDlg_Tallyscope::Start_Bivariate(int startPage) {
   SetBiDim1(GetTallyscope()->GetBiDim1());
   SetBiDim2(GetTallyscope()->GetBiDim2());
-  const int axes = GetDimension();
-  const int fields = GetData()->GetValueSize();
-  if (!IsDimInRange(GetKeyDim(), axes, fields) || !IsDimInRange(GetAncDim(), axes, fields)) return;
+  if (!sessions_.HasKeyAndAncillary()) return;
   CreateSC_Bivariate();
   CreatePS_Bivariate(0, startPage);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The spreadsheet half of the workbench: cells as the grid asks for them, sorting, finding, the menu.
 
+#include <optional>
+
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
@@ -25,19 +27,7 @@ namespace tallyscope {
 
 namespace {
 
-std::vector<int> GetColumnWidths(const CGridCtrl& grid) {
-  std::vector<int> widths(static_cast<std::size_t>(grid.GetColumnCount()));
-  for (std::size_t column = 0; column < widths.size(); ++column) {
-    widths[column] = grid.GetColumnWidth(static_cast<int>(column));
-  }
-  return widths;
-}
-
-void SetColumnWidths(CGridCtrl& grid, const std::vector<int>& widths) {
-  for (std::size_t column = 1; column < widths.size(); ++column) {
-    grid.SetColumnWidth(static_cast<int>(column), widths[column]);
-  }
-}
+constexpr int kDefaultWidth = 64;  // of the menu's item
 
 int IsDown(Qt::KeyboardModifier key) {
   return QApplication::keyboardModifiers().testFlag(key) ? 1 : 0;
@@ -51,17 +41,24 @@ void CDlg_Tallyscope::ConnectSpreadsheet(CStats_Data* data, bool highlightKey) {
   GetTallyscope()->SetSSData(data);
   highlightKey_ = highlightKey;
   if (grid_ == nullptr) return;  // not opened yet
+  if (wasWorking && !isWorking) workingWidths_ = grid_->GetColumnWidths();
   if (data != nullptr) {
-    if (wasWorking && !isWorking) workingWidths_ = GetColumnWidths(*grid_);
     grid_->SetRowCount(data->GetSize() + 1);
     grid_->SetColumnCount(data->GetSpatialSize() + data->GetValueSize() + 1);
     if (!isWorking) grid_->AutoSizeColumns();
-    if (!wasWorking && isWorking) SetColumnWidths(*grid_, workingWidths_);
+    if (!wasWorking && isWorking) RestoreWidths();
     ShowSelectedCount();
   }
   UpdateSortFlag();
   ShowStatus("");  // what stood there was of the table before
   grid_->Invalidate();
+}
+
+// Column 0 keeps the width that its row numbers need.
+void CDlg_Tallyscope::RestoreWidths() {
+  if (workingWidths_.empty()) return;
+  workingWidths_[0] = grid_->GetColumnWidth(0);
+  grid_->SetColumnWidths(workingWidths_);
 }
 
 void CDlg_Tallyscope::UpdateSortFlag() {
@@ -75,29 +72,14 @@ void CDlg_Tallyscope::UpdateSortFlag() {
   }
 }
 
-// Something else may have sorted the column the other way since: rows, arrow and ranks have to agree, so it is sorted
-// again before it shows.
 bool CDlg_Tallyscope::IsSortedSS() {
-  auto& sort = GetTallyscope()->sort;
-  auto* data = GetSSData();
-  if (!sort.sorted || !allowSelection_ || data == nullptr) return false;
-  if (data->IsSorted(sort.field, sort.descending)) return true;
-  const CWaitCursor wait;
-  data->Sort(sort.field, sort.descending, nullptr);
-  data->GetRanks(sort.field, sort.ranks);
-  return data->IsSorted(sort.field, sort.descending);
-}
-
-int CDlg_Tallyscope::GetStationSS(int position) {
-  return IsSortedSS() ? GetSSData()->GetSortedStation(GetTallyscope()->sort.field, position) : position;
+  std::optional<CWaitCursor> wait;
+  if (sessions_.WantsSort() && !sessions_.SortStands()) wait.emplace();
+  return sessions_.IsSorted();
 }
 
 void CDlg_Tallyscope::EnsureVisibleSS(int row, int col) {
-  if (grid_ == nullptr) return;
-  const auto station = static_cast<std::size_t>(row - 1);
-  const auto& ranks = GetTallyscope()->sort.ranks;
-  if (IsSortedSS() && station < ranks.size()) row = ranks[station] + 1;
-  grid_->EnsureVisible(row, col);
+  if (grid_ != nullptr) grid_->EnsureVisible(sessions_.GetPosition(row - 1) + 1, col);
 }
 
 // Messages and notifications of the grid.
@@ -108,7 +90,7 @@ std::intptr_t CDlg_Tallyscope::OnMessage(unsigned message, std::uintptr_t wParam
     return 0;
   }
   if (message != kMessageColSelect) return CDialog::OnMessage(message, wParam, lParam);
-  if (allowSelection_ && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
+  if (sessions_.allowSelection && grid_->GetSelectColMode() != CTSSelectGridCtrl::eNone) {
     SelectCol(static_cast<int>(wParam) - 1, IsDown(Qt::ShiftModifier), IsDown(Qt::ControlModifier));
   }
   return 0;
@@ -148,7 +130,7 @@ bool CDlg_Tallyscope::SupplyCell(GV_DISPINFO* info) {
     return true;
   }
   const int dim = DimFromColumn(info->col, axes);
-  const int station = GetStationSS(info->row - 1);
+  const int station = sessions_.GetStation(info->row - 1);
   info->text = ShownNumber(data->GetValue(dim, station));
   info->background = GetCellColour(dim, station);
   info->hasBackground = true;
@@ -161,7 +143,7 @@ bool CDlg_Tallyscope::IsDimInUse(int dim) const {
 }
 
 COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
-  if (allowSelection_ && IsSelectedRow(station)) return selectedColour_;
+  if (sessions_.allowSelection && IsSelectedRow(station)) return selectedColour_;
   if (!GetSSData()->IsValueValid(dim, station)) return nullColour_;
   if (highlightKey_ && IsDimInUse(dim)) return keyColour_;
   return station == hoverStation_ ? keyColour_ : normalColour_;
@@ -189,29 +171,32 @@ void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
       return;
   }
   if (dim == before) return;
-  if (sheet_) sheet_->Process(0);
-  (this->*set)(dim);
-  UpdateData(false);
-  RefreshDialog(false);
+  acts_.Run([this, set, dim] {
+    if (sheet_) sheet_->Process(0);
+    (this->*set)(dim);
+    UpdateData(false);
+    RefreshDialog(false);
+  });
 }
 
 // The menu.
 
 void CDlg_Tallyscope::OnGridRClick(int row, int col) {
   if (row < 0 || col < 0) return;  // beside the table
+  const auto* data = GetSSData();
   CMenu menu;
   if (ComposeMenu(&menu, row, col) == 0) return;
   const QPoint at = grid_->viewport()->mapToGlobal(grid_->GetCellRect(row, col).center());
   const int id = GetModal().RunMenu(this, menu, at);
-  if (id != 0) ProcessMenu(row, col, id);
+  if (id != 0 && GetSSData() == data) ProcessMenu(row, col, id);  // another table has other columns
 }
 
 int CDlg_Tallyscope::ComposeMenu(CMenu* menu, int, int col) {
   const auto& sort = GetTallyscope()->sort;
-  if (allowSelection_) {
+  if (sessions_.allowSelection) {
     menu->AppendItem(kMenuStatistics, LoadString(kStringStatistics));
     menu->AppendSeparator();
-    if (col >= 1 && GetSSData()->CanSort()) {
+    if (col >= 1 && GetSSData() != nullptr && GetSSData() == GetData() && GetSSData()->CanSort()) {
       const bool byThis = IsSortedSS() && sort.column == col;
       menu->AppendItem(kMenuSortAscending, LoadString(kStringSortAscending), byThis && sort.descending == 0);
       menu->AppendItem(kMenuSortDescending, LoadString(kStringSortDescending), byThis && sort.descending != 0);
@@ -240,8 +225,7 @@ int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
       grid_->AutoSizeColumns();
       return 1;
     case kMenuDefaultWidth:
-      for (int column = 0; column < grid_->GetColumnCount(); ++column) grid_->SetColumnWidth(column, 64);
-      grid_->Invalidate();
+      grid_->SetColumnWidths(std::vector<int>(static_cast<std::size_t>(grid_->GetColumnCount()), kDefaultWidth));
       return 0;
     case kMenuStatistics:
       ShowSummary(col);
@@ -256,28 +240,13 @@ int CDlg_Tallyscope::ProcessMenu(int, int col, int id) {
 
 void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
   const CWaitCursor wait;
-  auto* data = GetSSData();
-  auto& sort = GetTallyscope()->sort;
-  const int dim = DimFromColumn(col, data->GetSpatialSize());
-  const int descending = ascending == 0 ? 1 : 0;
-  const bool stands = data->IsSorted(dim, descending);
-  sort.column = col;
-  sort.field = dim;
-  sort.descending = descending;
-  sort.sorted = !stands;
-  data->ClearSort();
-  if (stands) {  // the same command again: back to station order
-    grid_->SetSortColumn(-1);
-  } else {
-    data->Sort(dim, descending, nullptr);
-    data->GetRanks(dim, sort.ranks);
-    grid_->SetSortAscending(ascending != 0);
-    grid_->SetSortColumn(col);
-  }
+  if (!sessions_.SortBy(col, ascending != 0)) return;
+  UpdateSortFlag();
   grid_->Invalidate();
 }
 
 void CDlg_Tallyscope::ShowSummary(int col) {
+  if (GetSSData() == nullptr) return;
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
   if (!IsDimInRange(dim, GetDimension(), GetData()->GetValueSize())) return;
   auto* figures = GetUniStats(dim);
@@ -295,6 +264,7 @@ void CDlg_Tallyscope::FindValue(int col) {
   CDlg_FindValue dialog(this);
   if (dialog.DoModal() != kIdOk || !IsSortedSS()) return;
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
+  if (dim != GetTallyscope()->sort.field) return;
   int position = 0;
   if (GetSSData()->Find(dim, ParseLocale(dialog.value), position, dialog.comparison, dialog.occurrence + 1)) {
     EnsureVisibleSS(GetSSData()->GetSortedStation(dim, position) + 1, col);
@@ -324,7 +294,7 @@ void CDlg_Tallyscope::ShowCellStatus(int row) {
     ShowStatus("row " + std::to_string(row));
     return;
   }
-  ShowStatus(DescribeStation(*data, GetStationSS(row - 1), {GetKeyDim()}));
+  ShowStatus(DescribeStation(*data, sessions_.GetStation(row - 1), {GetKeyDim()}));
 }
 
 }  // namespace tallyscope

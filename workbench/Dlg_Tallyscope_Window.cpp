@@ -18,7 +18,9 @@
 
 #include "platform/core/StringTable.h"
 #include "platform/ui/Icon.h"
+#include "platform/ui/PlainText.h"
 #include "platform/ui/WinApp.h"
+#include "plots/GraphControls.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/FieldBox.h"
@@ -127,7 +129,6 @@ QWidget* CDlg_Tallyscope::MakeHeader() {
 QWidget* CDlg_Tallyscope::MakeFooter() {
   auto* status = new QLabel;
   status->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  status->setTextFormat(Qt::PlainText);  // a field's name may look like markup
   status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* selected = new QLabel;
   auto* footer = new QWidget;
@@ -161,6 +162,20 @@ void CDlg_Tallyscope::EmbedSheet() {
   SetTabOrderAfter(grid_, sheet_.get());
   sheet_->Initialise();
   sheet_->show();
+  if (parkedFocus_ != nullptr && parkedFocus_ == focusWidget()) FocusPage();
+  parkedFocus_ = nullptr;
+}
+
+// Where the focus is while no page has it.
+QWidget* CDlg_Tallyscope::GetFocusPlace() const {
+  return spreadsheetShown_ ? grid_ : GetDlgItem(kControlMode);
+}
+
+// To the page's plot, where the keyboard goes on; a page without one leaves it to the spreadsheet.
+void CDlg_Tallyscope::FocusPage() {
+  const auto* page = sheet_ ? sheet_->GetActivePage() : nullptr;
+  auto* plot = page != nullptr ? page->GetDlgItem(kGraphFrame) : nullptr;
+  (plot != nullptr ? plot : GetFocusPlace())->setFocus(Qt::OtherFocusReason);
 }
 
 void CDlg_Tallyscope::HandleSpreadsheetCE(bool show) {
@@ -228,7 +243,7 @@ void CDlg_Tallyscope::SetIdleStatus(const CString& text) {
 
 void CDlg_Tallyscope::ShowStatus(const CString& text) {
   auto* status = GetControl<QLabel>(kControlStatus);
-  if (status != nullptr) status->setText(ToQString(text.empty() ? idleStatus_ : text));
+  if (status != nullptr) SetPlainText(*status, OneLine(text.empty() ? idleStatus_ : text));
 }
 
 }  // namespace tallyscope

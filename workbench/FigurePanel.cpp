@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 
+#include "platform/ui/PlainText.h"
 #include "workbench/ControlIds.h"
 
 namespace tallyscope {
@@ -68,7 +69,7 @@ FigurePanel::Group FigurePanel::MakeGroup(CWnd& owner, const FigureGroup& group)
   return made;
 }
 
-FigurePanel::Row FigurePanel::MakeRow(CWnd& owner, const FigureGroup& group, const FigureRow& row) {
+FigurePanel::Row FigurePanel::MakeRow(CWnd& owner, const FigureGroup& group, const FigureGroup::Row& row) {
   Row made{row.id, new QLabel(row.caption), {}};
   const CString name = CString(group.title) + ", " + row.caption;
   const auto add = [&](const CString& accessibleName) {
@@ -104,8 +105,8 @@ void FigurePanel::ShowRow(int id, bool show) {
 void FigurePanel::SetRowTip(int id, const CString& tip) {
   const auto* row = FindRow(id);
   if (row == nullptr) return;
-  row->caption->setToolTip(ToQString(tip));
-  for (auto* figure : row->figures) figure->setToolTip(ToQString(tip));
+  row->caption->setToolTip(TipText(tip));
+  for (auto* figure : row->figures) figure->setToolTip(TipText(tip));
 }
 
 // The arrangement.
@@ -188,7 +189,8 @@ FigureGroup DataRangeGroup() {
 }
 
 FigureGroup AxisRangeGroup(int rows) {
-  constexpr std::array<FigureRow, 3> kAxes{{{kControlXMinimum, "X"}, {kControlYMinimum, "Y"}, {kControlZMinimum, "Z"}}};
+  constexpr std::array<FigureGroup::Row, 3> kAxes{
+      {{kControlXMinimum, "X"}, {kControlYMinimum, "Y"}, {kControlZMinimum, "Z"}}};
   return {"Valid data range", {kAxes.begin(), kAxes.begin() + rows}, {"Minimum", "Maximum", "Mean"}};
 }
 

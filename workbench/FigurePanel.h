@@ -14,16 +14,15 @@ class QLabel;
 
 namespace tallyscope {
 
-// A caption, and the control id that its figure is exchanged by. In a group with columns it is the id of the first
-// figure; those of the further columns follow it by one each.
-struct FigureRow {
-  int id;
-  const char* caption;
-};
-
 struct FigureGroup {
+  // A caption, and the control id that its figure is exchanged by. In a group with columns it is the id of the first
+  // figure; those of the further columns follow it by one each.
+  struct Row {
+    int id;
+    const char* caption;
+  };
   const char* title;
-  std::vector<FigureRow> rows;
+  std::vector<Row> rows;
   std::vector<const char*> columns = {};  // headings; without, a row has one figure
 };
 
@@ -61,7 +60,7 @@ class FigurePanel : public QWidget {
   };
 
   Group MakeGroup(CWnd& owner, const FigureGroup& group);
-  Row MakeRow(CWnd& owner, const FigureGroup& group, const FigureRow& row);
+  Row MakeRow(CWnd& owner, const FigureGroup& group, const FigureGroup::Row& row);
   const Row* FindRow(int id) const;
   int GetWidest(bool withColumns) const;
   void Reflow();

@@ -3,7 +3,10 @@
 // selected, each beside a plain loop.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "spatial/Stats_Spatial.h"
@@ -53,14 +56,16 @@ void Replay(CStats_Spatial& spatial) {
 }
 
 // Two columns compared, a bit written: what any way has to do without an index.
-void RectangleFloor(benchmark::State& state) {
-  bvector bits(kStations);
+void CompareAll() {
+  static bvector bits(kStations);
   const double* x = Stations().GetMade(-1).values.data();
   const double* y = Stations().GetMade(-2).values.data();
-  for (auto _ : state) {
-    for (int i = 0; i < kStations; ++i) bits.Set(i, x[i] >= -9 && x[i] <= 0 && y[i] >= -9 && y[i] <= 9);
-    benchmark::DoNotOptimize(bits.GetBytes().data());
-  }
+  for (int i = 0; i < kStations; ++i) bits.Set(i, x[i] >= -9 && x[i] <= 0 && y[i] >= -9 && y[i] <= 9);
+  benchmark::DoNotOptimize(bits.GetBytes().data());
+}
+
+void RectangleFloor(benchmark::State& state) {
+  for (auto _ : state) CompareAll();
 }
 
 void RectangleOfHalf(benchmark::State& state) {
@@ -86,6 +91,39 @@ void PolygonOf200(benchmark::State& state) {
   const int surely = CountStations([](double x, double y) { return x * x + y * y < 1.45 * 1.45; });
   const int atMost = CountStations([](double x, double y) { return x * x + y * y < 2.05 * 2.05; });
   if (CountBits(spatial) < surely || CountBits(spatial) > atMost) state.SkipWithError("another selection");
+}
+
+// Corners round the stations, or a star whose edges all cross each other. The counters set a replay beside the floor.
+void PolygonOf10000(benchmark::State& state) {
+  constexpr int kCorners = 10'001;
+  const int step = static_cast<int>(state.range(0));
+  CStats_Spatial spatial;
+  spatial.Add(&Stations(), 0);
+  auto polygon = std::make_unique<CStats_RgnPoly>();
+  for (int i = 0; i < kCorners; ++i) {
+    const double angle = 2 * std::numbers::pi * i * step / kCorners;
+    const double radius = step == 1 && i % 2 == 0 ? 2 : 1.9;
+    polygon->points.push_back({radius * std::cos(angle), radius * std::sin(angle), 0});
+  }
+  spatial.AddSelRegion(std::move(polygon));
+  double best = std::numeric_limits<double>::infinity();
+  double floorBest = best;
+  const auto time = [](const auto& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  for (auto _ : state) {
+    floorBest = std::min(floorBest, time([] { CompareAll(); }));
+    const double taken = time([&] { Replay(spatial); });
+    best = std::min(best, taken);
+    state.SetIterationTime(taken);
+  }
+  const int atMost = CountStations([](double x, double y) { return x * x + y * y < 2.05 * 2.05; });
+  const int count = CountBits(spatial);
+  if (count == 0 || count > atMost) state.SkipWithError("another selection");
+  state.counters["floor_ms"] = floorBest * 1e3;
+  state.counters["to_floor"] = best / floorBest;
 }
 
 void UndoOver50Regions(benchmark::State& state) {
@@ -133,6 +171,7 @@ void FiguresOfASelection(benchmark::State& state) {
 BENCHMARK(RectangleFloor)->Unit(benchmark::kMillisecond);
 BENCHMARK(RectangleOfHalf)->Unit(benchmark::kMillisecond);
 BENCHMARK(PolygonOf200)->Unit(benchmark::kMillisecond);
+BENCHMARK(PolygonOf10000)->ArgName("step")->Arg(1)->Arg(5000)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(UndoOver50Regions)->Unit(benchmark::kMillisecond);
 BENCHMARK(FiguresOfTheTable)->Unit(benchmark::kMillisecond);
 BENCHMARK(FiguresOfASelection)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);

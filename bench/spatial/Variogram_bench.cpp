@@ -106,18 +106,18 @@ std::int64_t CountGrid(CMadeTable& table, const Row& row) {
     figures.Calculate(1, nullptr);
     table.GetPointSearch()->SetDefaultFields();
     table.PreparePointSearch(nullptr);
-    const LagBinning binning(variogram);
+    const LagBinning binning(variogram.GetLagSettings());
     LagGridWalk walk({&table, 0, figures.mean, {-1, -2, row.axes == 3 ? -3 : LagGridWalk::kNoColumn}}, binning, 1,
                      row.level);
     PairProgress progress(nullptr);
-    walk.WalkLeaves(*table.GetPointSearch(), variogram.lagRange, progress);
-    walk.Finish(variogram.grid);
-    table.GetPointSearch()->SetPartitioned(false);
+    walk.WalkLeaves(GetStationIndex(table), variogram.lagRange, progress);
+    variogram.grid = LagGrid(variogram.GetLagSettings(), walk.Finish());
   } else if (row.cartesian) {
     variogram.CalculateItem(0, 4, nullptr);
   } else {
     variogram.CalcVariogram(0, row.range, 0, nullptr);
   }
+  table.GetPointSearch()->SetPartitioned(false);  // so that each grid builds it
   std::int64_t count = 0;
   for (const auto& level : variogram.grid) {
     for (const auto& cells : level) {
@@ -187,6 +187,36 @@ void LagGridRow(benchmark::State& state, const Row& row) {
   state.counters["plain_ms"] = plain * 1e3;
   state.counters["to_plain"] = best / plain;
 }
+
+// One station far off, against the same stations without it: all their pairs in both, in the one by the default range,
+// which the stranger makes as large as itself.
+void OneStationFarOff(benchmark::State& state) {
+  const Row row{"", 2, 25'000, 2000, false, false, false, kBest};
+  Stations stations = MakeStations(row);
+  CMadeTable without = MakeTable(row, stations);
+  stations.at[0][12'345] = 1e300;
+  CMadeTable with = MakeTable(row, stations);
+  double best[3];
+  std::fill(best, best + 3, std::numeric_limits<double>::infinity());
+  for (auto _ : state) {
+    const auto run = [&](CMadeTable& table, double range, double& least) {
+      CStats_SampleVariogram variogram;
+      variogram.Add(&table, 0);
+      variogram.ResetSpatialDims();
+      const double time = Time([&] { variogram.CalcVariogram(0, range, 0, nullptr); });
+      least = std::min(least, time);
+      return time;
+    };
+    run(without, row.range, best[0]);
+    state.SetIterationTime(run(with, row.range, best[1]));
+    run(with, 0, best[2]);
+  }
+  state.counters["without_ms"] = best[0] * 1e3;
+  state.counters["to_without"] = best[1] / best[0];
+  state.counters["default_range_to_without"] = best[2] / best[0];
+}
+
+BENCHMARK(OneStationFarOff)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 // Directions, dips and widths that change with each curve.
 void Curve(benchmark::State& state) {

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Sort tables of a million values, beside two floors: a radix sort of keys with stations, which any column of distinct
 // values could do with, and the quicksort that fixes the order of equal values, written plainly on flat arrays.
+// Columns that drive that quicksort into quadratic time stand beside a column in no order: `per_1e9_nlogn` is the time
+// for 1e9 of n log2 n, which should hardly grow with n.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -120,6 +124,37 @@ void Kinds(benchmark::internal::Benchmark* bench) {
   bench->ArgName("kind")->DenseRange(kDistinct, kDescendingRamp)->Unit(benchmark::kMillisecond);
 }
 
+enum Nasty { kNoOrder, kOrganPipe, kKiller, kKillerOfPairs };
+
+std::vector<double> MakeNasty(int kind, int size) {
+  if (kind == kNoOrder) return made::Rounded(made::Normal(size, 0, size), 1).values;
+  std::vector<double> values(static_cast<std::size_t>(size));
+  for (int i = 0; i < size; ++i) values[static_cast<std::size_t>(i)] = kind == kOrganPipe ? std::min(i, size - i) : i;
+  if (kind == kOrganPipe) return values;
+  for (std::size_t i = 1; i < values.size(); ++i) std::swap(values[i], values[i / 2]);
+  if (kind == kKiller) values.back() = values.front();
+  if (kind == kKillerOfPairs) {
+    for (double& value : values) value = std::floor(value / 2);
+  }
+  return values;
+}
+
+void SortNasty(benchmark::State& state) {
+  const int size = static_cast<int>(state.range(1));
+  CMadeTable table({made::Column(MakeNasty(static_cast<int>(state.range(0)), size))});
+  for (auto _ : state) {
+    table.ClearSort();
+    table.Sort(0, 0, nullptr);
+  }
+  const double steps = size * std::log2(size) * 1e-9;
+  state.counters["per_1e9_nlogn"] =
+      benchmark::Counter(steps, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+BENCHMARK(SortNasty)
+    ->ArgNames({"kind", "n"})
+    ->ArgsProduct({{kNoOrder, kOrganPipe, kKiller, kKillerOfPairs}, {20'000, 80'000, 320'000}})
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(RadixFloor)->Arg(kDistinct)->ArgName("kind")->Unit(benchmark::kMillisecond);
 BENCHMARK(QuicksortFloor)->Apply(Kinds);
 BENCHMARK(Sort)->Apply(Kinds);

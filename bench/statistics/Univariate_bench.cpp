@@ -104,7 +104,7 @@ FloorFigures ComputeFloor(const MadeColumn& column) {
   const double width = (high - low) / kBins;
   CubeSum cubes(figures.mean);
   EachBlock(column, [&, low, width](const double* values, int count) {
-    cubes.Add(values, count);
+    cubes.Add({values, static_cast<std::size_t>(count)});
     int indices[kBlock];
     for (int i = 0; i < count; ++i) {
       indices[i] = static_cast<int>(std::min(std::max((values[i] - low) / width, 0.0), kBins - 1.0));
@@ -163,7 +163,7 @@ void Cubes(benchmark::State& state) {
   double sum = 0;
   for (auto _ : state) {
     CubeSum cubes(100);
-    cubes.Add(column.values.data(), static_cast<int>(column.values.size()));
+    cubes.Add(column.values);
     sum = cubes.GetSum();
     benchmark::ClobberMemory();
   }

@@ -21,12 +21,13 @@ class CArchive {
 
   bool IsStoring() const { return storing_; }
   bool IsLoading() const { return !storing_; }
-  bool IsFailed() const { return failed_; }
-  void Fail() {  // as a read past the end does: nothing remains
+  bool IsFailed() const { return failed_; }  // for good
+  void Fail() {                              // as a read past the end does: nothing remains
     failed_ = true;
     position_ = bytes_.size();
   }
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
+  // For loading: bytes that are still to be read; 0 after a failure.
   std::size_t GetRemaining() const { return bytes_.size() - position_; }
 
   CArchive& operator<<(std::uint8_t value);

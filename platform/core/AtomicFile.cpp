@@ -3,9 +3,9 @@
 
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>
@@ -17,83 +17,61 @@ namespace tallyscope {
 namespace {
 
 constexpr std::size_t kBuffer = 1 << 20;
-constexpr int kTries = 100;
 
-// Where a path leads once links are followed; itself when nothing is there yet.
-CString FollowLinks(const CString& path) {
-  char* resolved = ::realpath(path.c_str(), nullptr);
-  if (resolved == nullptr) return path;
-  CString place(resolved);
-  std::free(resolved);  // NOLINT: realpath takes it from malloc
-  return place;
-}
-
-CString FolderOf(const CString& path) {
-  const auto slash = path.rfind('/');
-  if (slash == CString::npos) return ".";
-  return slash == 0 ? "/" : path.substr(0, slash);
-}
-
-// The new name is on the disk once its folder is. Not every file system can do that, so failure doesn't count.
-void FlushFolder(const CString& folder) {
-  const int file = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (file < 0) return;
-  ::fsync(file);
-  ::close(file);
-}
+struct FreePath {
+  void operator()(char* path) const { std::free(path); }  // NOLINT: realpath takes it from malloc
+};
 
 }  // namespace
 
-CAtomicFile::CAtomicFile(CString target) : target_(std::move(target)), place_(FollowLinks(target_)) {
-  if (target_.empty()) {
-    Fail(ENOENT);
-    return;
-  }
+CAtomicFile::CAtomicFile(CString target) : target_(std::move(target)) {
+  Open();
+}
+
+bool CAtomicFile::Open() {
+  if (target_.empty()) return Fail(ENOENT);
+  if (target_.find('\0') != CString::npos) return Fail(EINVAL);
   struct stat status {};
-  const bool exists = ::stat(place_.c_str(), &status) == 0;
-  if (exists && S_ISDIR(status.st_mode)) {
-    Fail(EISDIR);
-    return;
+  if (::stat(target_.c_str(), &status) != 0) {
+    if (errno != ENOENT) return Fail(errno);
+    if (::lstat(target_.c_str(), &status) == 0) return Fail(ENOENT, "it is a symbolic link that leads nowhere");
+    return OpenBeside(target_, nullptr);
   }
+  if (S_ISDIR(status.st_mode)) return Fail(EISDIR);
   // A file that was made read-only isn't replaced behind its owner's back.
-  if (exists && ::access(place_.c_str(), W_OK) != 0) {
-    Fail(errno);
-    return;
-  }
-  if (exists && !S_ISREG(status.st_mode)) {
-    file_ = ::open(place_.c_str(), O_WRONLY | O_CLOEXEC);
-    if (file_ < 0) Fail(errno);
-    return;
-  }
-  if (OpenBeside(place_) && exists) ::fchmod(file_, status.st_mode & 07777);
+  if (::faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0) return Fail(errno);
+  if (!S_ISREG(status.st_mode)) return OpenStraight();
+  struct stat link {};
+  if (::lstat(target_.c_str(), &link) != 0 || !S_ISLNK(link.st_mode)) return OpenBeside(target_, &status);
+  const std::unique_ptr<char, FreePath> place(::realpath(target_.c_str(), nullptr));
+  if (place) return OpenBeside(place.get(), &status);
+  // A file that has no name any more can still be reached through an open handle, as /dev/fd/3.
+  return errno == ENOENT ? OpenStraight() : Fail(errno);
 }
 
-CAtomicFile::~CAtomicFile() {
-  Discard();
+bool CAtomicFile::OpenStraight() {
+  straight_ = ::open(target_.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+  return straight_ >= 0 || Fail(errno);
 }
 
-bool CAtomicFile::OpenBeside(const CString& place) {
-  const CString stem = place + "." + std::to_string(::getpid()) + ".";
-  for (int i = 0; i < kTries; ++i) {
-    temporary_ = stem + std::to_string(i) + ".tmp";
-    file_ = ::open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (file_ >= 0) return true;
-    if (errno != EEXIST) break;
-  }
-  const int number = errno;
-  temporary_.clear();  // not ours
-  return Fail(number);
+bool CAtomicFile::OpenBeside(const CString& place, const struct stat* old) {
+  const auto slash = place.rfind('/');
+  const CString folder = slash == CString::npos ? "." : place.substr(0, slash + 1);
+  const CString name = slash == CString::npos ? place : place.substr(slash + 1);
+  if (name.empty()) return Fail(EISDIR);
+  const int number = temporary_.Open(folder, name, old);
+  return number == 0 || Fail(number);
 }
 
 bool CAtomicFile::Write(std::string_view text) {
-  if (!IsGood() || file_ < 0) return false;
+  if (!IsGood() || GetHandle() < 0) return false;
   buffer_.append(text);
   return buffer_.size() < kBuffer || Flush();
 }
 
 bool CAtomicFile::Flush() {
   for (std::size_t done = 0; done < buffer_.size();) {
-    const auto written = ::write(file_, buffer_.data() + done, buffer_.size() - done);
+    const auto written = ::write(GetHandle(), buffer_.data() + done, buffer_.size() - done);
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return Fail(written < 0 ? errno : EIO);
     done += static_cast<std::size_t>(written);
@@ -103,18 +81,15 @@ bool CAtomicFile::Flush() {
 }
 
 bool CAtomicFile::Commit() {
-  if (!IsGood() || file_ < 0 || !Flush()) return false;
-  if (!temporary_.empty() && ::fsync(file_) != 0) return Fail(errno);
-  if (::close(std::exchange(file_, -1)) != 0) return Fail(errno);
-  if (temporary_.empty()) return true;
-  if (std::rename(temporary_.c_str(), place_.c_str()) != 0) return Fail(errno);
-  temporary_.clear();
-  FlushFolder(FolderOf(place_));
-  return true;
+  if (!IsGood() || GetHandle() < 0 || !Flush()) return false;
+  if (straight_ >= 0) return ::close(std::exchange(straight_, -1)) == 0 || Fail(errno);
+  if (::fsync(GetHandle()) != 0) return Fail(errno);
+  const int number = temporary_.TakePlace();
+  return number == 0 || Fail(number);
 }
 
-bool CAtomicFile::Fail(int number) {
-  const char* const words = strerrordesc_np(number);  // never translated, as our other sentences are not
+bool CAtomicFile::Fail(int number, const char* words) {
+  if (words == nullptr) words = strerrordesc_np(number);  // never translated, as our other sentences are not
   errorNumber_ = number;
   error_ = target_ + " can't be written: " + (words != nullptr ? words : "unknown error") + ".";
   Discard();
@@ -122,9 +97,8 @@ bool CAtomicFile::Fail(int number) {
 }
 
 void CAtomicFile::Discard() {
-  if (file_ >= 0) ::close(std::exchange(file_, -1));
-  if (!temporary_.empty()) ::unlink(temporary_.c_str());
-  temporary_.clear();
+  if (straight_ >= 0) ::close(std::exchange(straight_, -1));
+  temporary_.Discard();
   buffer_.clear();
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/core/String.h"
+#include "platform/core/TemporaryFile.h"
 
 namespace tallyscope {
 
@@ -12,37 +13,44 @@ namespace tallyscope {
 //   CAtomicFile file("out.csv");
 //   file.Write("a,b\n");
 //   if (!file.Commit()) err << file.GetError() << "\n";
-// A symbolic link stays one: what it points at is replaced. Something that is no regular file, such as a pipe or
-// /dev/null, is written straight away.
+// Every file that the program writes goes through here. What becomes of the temporary file when the process is killed,
+// and whose rights the new file has, is told in TemporaryFile.h.
+// A symbolic link stays one: what it points at is replaced; one that leads nowhere, or to itself, is an error. Further
+// names of an old file (hard links) keep the old content. A read-only file is refused, and so is a folder. Something
+// that is no regular file, such as a pipe or /dev/null, is written straight away; opening a pipe waits for its reader.
+// A program that ignores SIGXFSZ is told of a file size beyond the user's limit as of a full disk; others end there.
 class CAtomicFile {
  public:
-  explicit CAtomicFile(CString target);
+  explicit CAtomicFile(CString target);  // opens; IsGood tells whether it worked
   CAtomicFile(const CAtomicFile&) = delete;
   CAtomicFile& operator=(const CAtomicFile&) = delete;
-  ~CAtomicFile();  // without a Commit nothing remains
+  ~CAtomicFile() { Discard(); }  // without a Commit nothing remains
 
-  // False once anything went wrong; further calls do nothing then.
+  // False once anything went wrong; further calls do nothing then. What is written is gathered in pieces of 1 MB, so a
+  // full disk may show later.
   bool Write(std::string_view text);
-  // Ends the writing. Once at most.
-  bool Commit();
+  // Ends the writing, with the bytes on the disk. Once at most.
+  [[nodiscard]] bool Commit();
 
   bool IsGood() const { return error_.empty(); }
-  const CString& GetError() const { return error_; }   // one sentence
+  const CString& GetError() const { return error_; }   // one sentence, with the target as the caller named it
   int GetErrorNumber() const { return errorNumber_; }  // the platform's, 0 while good
 
  private:
-  bool OpenBeside(const CString& place);
+  bool Open();
+  bool OpenStraight();
+  bool OpenBeside(const CString& place, const struct stat* old);
+  int GetHandle() const { return straight_ >= 0 ? straight_ : temporary_.GetHandle(); }
   bool Flush();
-  bool Fail(int number);
+  bool Fail(int number, const char* words = nullptr);
   void Discard();
 
-  CString target_;     // as the caller named it
-  CString place_;      // with links followed
-  CString temporary_;  // empty: written straight to the target
+  CString target_;
+  CTemporaryFile temporary_;
+  int straight_ = -1;  // of a target that can't be replaced
   CString buffer_;
   CString error_;
   int errorNumber_ = 0;
-  int file_ = -1;
 };
 
 }  // namespace tallyscope

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/core/OleVariant.h"
 
-#include <algorithm>
 #include <bit>
 #include <limits>
 
@@ -38,6 +37,19 @@ std::int64_t NarrowInteger(std::int64_t value, VARTYPE type) {
   }
 }
 
+bool IsRealType(VARTYPE type) {
+  return type == VT_R4 || type == VT_R8 || type == VT_DATE;
+}
+
+// Cut towards 0, and limited to the range; 0 for NaN.
+template <class Integer>
+Integer CutToInteger(double value) {
+  using Limits = std::numeric_limits<Integer>;
+  if (value != value) return 0;
+  if (value >= static_cast<double>(Limits::max())) return Limits::max();
+  return value <= static_cast<double>(Limits::min()) ? Limits::min() : static_cast<Integer>(value);
+}
+
 // A double beyond the range of floats becomes infinite there, as the narrowing does in hardware.
 double NarrowReal(double value, VARTYPE type) {
   return type == VT_R4 ? static_cast<double>(static_cast<float>(value)) : value;
@@ -53,9 +65,14 @@ Value Loaded(CArchive& archive) {
 }  // namespace
 
 COleVariant::COleVariant(double value, VARTYPE type)
-    : type_(type), bits_(std::bit_cast<std::int64_t>(NarrowReal(value, type))) {}
+    : type_(type),
+      bits_(IsRealType(type) ? std::bit_cast<std::int64_t>(NarrowReal(value, type))
+                             : NarrowInteger(CutToInteger<std::int64_t>(value), type)) {}
 
-COleVariant::COleVariant(std::int64_t value, VARTYPE type) : type_(type), bits_(NarrowInteger(value, type)) {}
+COleVariant::COleVariant(std::int64_t value, VARTYPE type)
+    : type_(type),
+      bits_(IsRealType(type) ? std::bit_cast<std::int64_t>(NarrowReal(static_cast<double>(value), type))
+                             : NarrowInteger(value, type)) {}
 
 COleVariant::COleVariant(const CString& text, VARTYPE type) : type_(type), text_(std::make_unique<CString>(text)) {}
 
@@ -89,15 +106,16 @@ bool COleVariant::IsNumber() const {
   }
 }
 
+bool COleVariant::IsReal() const {
+  return IsRealType(type_);
+}
+
 double COleVariant::GetReal() const {
   return IsReal() ? std::bit_cast<double>(bits_) : static_cast<double>(bits_);
 }
 
 std::int32_t COleVariant::GetInteger() const {
-  using Limits = std::numeric_limits<std::int32_t>;
-  const double value = GetReal();
-  if (value != value) return 0;
-  return static_cast<std::int32_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
+  return CutToInteger<std::int32_t>(GetReal());
 }
 
 const CString& COleVariant::GetText() const {

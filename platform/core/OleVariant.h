@@ -37,7 +37,9 @@ inline constexpr VARTYPE VT_LPWSTR = 31;
 //   COleVariant width(11);              // VT_I4
 //   COleVariant cutoff(2.5);            // VT_R8
 //   COleVariant byte(7, VT_UI1);
-// Numbers are narrowed to their type as it is built, so that what is read is what an archive would bring back.
+// Numbers are narrowed to their type as it is built, so that what is read is what an archive would bring back: whole
+// numbers keep their lowest bits, reals in a type of whole numbers are cut towards 0 first, and VT_R4 rounds to a
+// float.
 class COleVariant {
  public:
   COleVariant() = default;  // VT_EMPTY
@@ -72,7 +74,7 @@ class COleVariant {
   void Serialize(CArchive& archive);
 
  private:
-  bool IsReal() const { return type_ == VT_R4 || type_ == VT_R8 || type_ == VT_DATE; }
+  bool IsReal() const;
   void Store(CArchive& archive) const;
   void Load(CArchive& archive);
 

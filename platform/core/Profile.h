@@ -9,7 +9,9 @@
 namespace tallyscope {
 
 // Where settings are kept: integers and strings by section and key. The program's lies on the desktop's settings
-// (platform/ui), tests use CMemoryProfile, a host may bring its own. A missing entry reads as the default.
+// (platform/ui), tests use CMemoryProfile, a host may bring its own. A missing entry reads as the default, `missing`; a
+// write replaces the entry of that name. Nothing fails: settings that can't be kept are those of the next start.
+// Integers and strings may be apart, so an entry is read as what it was written.
 class CProfile {
  public:
   virtual ~CProfile() = default;
@@ -23,11 +25,12 @@ class CProfile {
   void WriteProfileBool(const CString& section, const CString& key, bool value);
 
   // A double is a string of 15 significant digits with a decimal point, whatever the locale. The default goes through
-  // the same text, so that a missing 1/3 reads as 0.333333333333333.
+  // the same text, so that a missing 1/3 reads as 0.333333333333333. A text that starts with no number reads as 0.
   double GetProfileDouble(const CString& section, const CString& key, double missing) const;
   void WriteProfileDouble(const CString& section, const CString& key, double value);
 };
 
+// Entries that last as long as the object.
 class CMemoryProfile : public CProfile {
  public:
   int GetProfileInt(const CString& section, const CString& key, int missing) const override;

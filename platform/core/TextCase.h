@@ -5,6 +5,7 @@
 
 namespace tallyscope {
 
+// Letters beyond ASCII, which are several bytes in UTF-8, stay as they are.
 inline constexpr char ToLowerAscii(char character) {
   return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }

@@ -10,6 +10,7 @@
 
 #include "files/NumberText.h"
 #include "platform/ui/Modal.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -33,8 +34,7 @@ void SetText(const CDataExchange& exchange, int id, const CString& text) {
   if (auto* edit = exchange.window->GetControl<QLineEdit>(id)) {
     edit->setText(ToQString(text));
   } else if (auto* label = exchange.window->GetControl<QLabel>(id)) {
-    label->setTextFormat(Qt::PlainText);  // a field's name may look like markup
-    label->setText(ToQString(text));
+    SetPlainText(*label, ToQString(text));
   }
 }
 

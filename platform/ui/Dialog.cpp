@@ -3,6 +3,7 @@
 
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QThread>
 
 #include "platform/ui/Modal.h"
 
@@ -13,19 +14,29 @@ CDialog::CDialog(CWnd* parent) : QDialog(parent != nullptr ? parent->GetWidget()
 void CDialog::Create() {
   if (created_) return;
   created_ = true;
+  modalDepth_ = GetModalDepth();
   CreateControls();
   OnInitDialog();
 }
 
 int CDialog::DoModal() {
   Create();
+  modalDepth_ = GetModalDepth() + 1;  // the dialog itself
   const int result = GetModal().RunDialog(*this);
+  modalDepth_ = GetModalDepth();
   OnDestroy();
   return result;
 }
 
 int CDialog::RunModalLoop() {
-  return exec();
+  loopLevel_ = QThread::currentThread()->loopLevel() + 1;  // the loop of exec
+  const int result = exec();
+  loopLevel_ = kAnyLevel;
+  return result;
+}
+
+bool CDialog::IsCovered() const {
+  return GetModalDepth() > modalDepth_ || QThread::currentThread()->loopLevel() > loopLevel_;
 }
 
 bool CDialog::OnInitDialog() {

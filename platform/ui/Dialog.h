@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <climits>
+
 #include <QDialog>
 
 #include "platform/ui/Wnd.h"
@@ -25,6 +27,9 @@ class CDialog : public QDialog, public CWnd {
 
   // Shows and runs the created dialog until it ends; used by the modal seam.
   int RunModalLoop();
+  // Whether something runs on top of this dialog: a menu, another dialog, a drag, anything with an event loop of its
+  // own. Code of the dialog is on the stack then.
+  bool IsCovered() const;
 
  protected:
   virtual void CreateControls() {}
@@ -42,6 +47,10 @@ class CDialog : public QDialog, public CWnd {
 
  private:
   bool created_ = false;
+  // How deep things are while nothing is open on top of this dialog.
+  static constexpr int kAnyLevel = INT_MAX;
+  int modalDepth_ = 0;
+  int loopLevel_ = kAnyLevel;  // known while it runs
 };
 
 }  // namespace tallyscope

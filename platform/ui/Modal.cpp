@@ -11,6 +11,7 @@
 
 #include "platform/ui/Dialog.h"
 #include "platform/ui/Menu.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -27,13 +28,12 @@ QString Suffix(const QString& filter) {
   return pattern.match(filter).captured(1);
 }
 
-// File and field names may look like markup, and must not be taken for it.
 int ShowMessage(QWidget* parent, QMessageBox::Icon icon, const CString& text, QMessageBox::StandardButtons buttons,
                 const CString& caption = "Tallyscope") {
-  QMessageBox box(icon, ToQString(caption), QString(), buttons, parent);
+  QMessageBox box(icon, TitleText(caption), QString(), buttons, parent);
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-  box.setText(ToQString(text));
+  box.setText(CutText(text));
   return box.exec();
 }
 
@@ -66,14 +66,14 @@ class RealModal : public CModal {
   }
   std::optional<CString> AskOpenFile(QWidget* parent, const CString& title, const CString& folder,
                                      const CString& filter, int* filterNumber) override {
-    QFileDialog dialog(parent, ToQString(title), ToQString(folder), ToQString(filter));
+    QFileDialog dialog(parent, TitleText(title), ToQString(folder), ToQString(filter));
     dialog.setFileMode(QFileDialog::ExistingFile);
     return RunFileDialog(dialog, filterNumber);
   }
   std::optional<CString> AskSaveFile(QWidget* parent, const CString& title, const CString& path, const CString& filter,
                                      int* filterNumber) override {
     const QFileInfo proposed(ToQString(path));
-    QFileDialog dialog(parent, ToQString(title), proposed.path(), ToQString(filter));
+    QFileDialog dialog(parent, TitleText(title), proposed.path(), ToQString(filter));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.selectFile(proposed.fileName());
     SelectFilter(dialog, filterNumber);
@@ -90,7 +90,7 @@ class RealModal : public CModal {
         popup.addSeparator();
         continue;
       }
-      auto* action = popup.addAction(ToQString(item.text));
+      auto* action = popup.addAction(ItemText(item.text));
       action->setData(item.id);
       action->setEnabled(item.enabled);
       action->setCheckable(item.checked);
@@ -102,19 +102,73 @@ class RealModal : public CModal {
   int RunDialog(CDialog& dialog) override { return dialog.RunModalLoop(); }
 };
 
-std::unique_ptr<CModal>& Current() {
-  static std::unique_ptr<CModal> current = std::make_unique<RealModal>();
+// Counts what is open, and asks the one in use.
+class CountingModal : public CModal {
+ public:
+  std::unique_ptr<CModal> inner = std::make_unique<RealModal>();
+  int depth = 0;
+
+  void Tell(QWidget* parent, const CString& sentence) override {
+    const Open open(depth);
+    inner->Tell(parent, sentence);
+  }
+  bool Confirm(QWidget* parent, const CString& question) override {
+    const Open open(depth);
+    return inner->Confirm(parent, question);
+  }
+  bool ConfirmTrouble(QWidget* parent, const CString& caption, const CString& question) override {
+    const Open open(depth);
+    return inner->ConfirmTrouble(parent, caption, question);
+  }
+  std::optional<CString> AskOpenFile(QWidget* parent, const CString& title, const CString& folder,
+                                     const CString& filter, int* filterNumber) override {
+    const Open open(depth);
+    return inner->AskOpenFile(parent, title, folder, filter, filterNumber);
+  }
+  std::optional<CString> AskSaveFile(QWidget* parent, const CString& title, const CString& path, const CString& filter,
+                                     int* filterNumber) override {
+    const Open open(depth);
+    return inner->AskSaveFile(parent, title, path, filter, filterNumber);
+  }
+  int RunMenu(QWidget* parent, const CMenu& menu, QPoint global) override {
+    const Open open(depth);
+    return inner->RunMenu(parent, menu, global);
+  }
+  int RunDialog(CDialog& dialog) override {
+    const Open open(depth);
+    return inner->RunDialog(dialog);
+  }
+
+ private:
+  class Open {
+   public:
+    explicit Open(int& depth) : depth_(depth) { ++depth_; }
+    ~Open() { --depth_; }
+    Open(const Open&) = delete;
+    Open& operator=(const Open&) = delete;
+
+   private:
+    int& depth_;
+  };
+};
+
+CountingModal& Current() {
+  static CountingModal current;
   return current;
 }
 
 }  // namespace
 
 CModal& GetModal() {
-  return *Current();
+  return Current();
+}
+
+int GetModalDepth() {
+  return Current().depth;
 }
 
 void SetModal(std::unique_ptr<CModal> modal) {
-  Current() = modal ? std::move(modal) : std::make_unique<RealModal>();
+  Current().inner = modal ? std::move(modal) : std::make_unique<RealModal>();
 }
 
 }  // namespace tallyscope

@@ -35,6 +35,8 @@ class CModal {
 };
 
 CModal& GetModal();
+// How many things asked of it are open, one on top of the other.
+int GetModalDepth();
 void SetModal(std::unique_ptr<CModal> modal);  // null: real windows again
 
 }  // namespace tallyscope

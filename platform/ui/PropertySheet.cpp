@@ -12,6 +12,7 @@
 #include "platform/core/Messages.h"
 #include "platform/ui/Dialog.h"
 #include "platform/ui/Modal.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -125,7 +126,7 @@ void CPropertySheet::SetDefaultButton(int id) {
 void CPropertySheet::Attach(CPropertyPage* page) {
   stack_->addWidget(page);
   settling_ = true;
-  tabs_->addTab(ToQString(page->GetCaption()));
+  tabs_->addTab(ItemText(page->GetCaption()));
   settling_ = false;
 }
 

@@ -4,6 +4,7 @@
 #include <QMetaObject>
 
 #include "platform/ui/DataExchange.h"
+#include "platform/ui/PlainText.h"
 
 namespace tallyscope {
 
@@ -63,11 +64,11 @@ bool CWnd::UpdateData(bool save) {
 }
 
 void CWnd::SetWindowText(const CString& text) {
-  GetWidget()->setWindowTitle(ToQString(text));
+  GetWidget()->setWindowTitle(TitleText(text));
 }
 
 CString CWnd::GetWindowText() {
-  return FromQString(GetWidget()->windowTitle());
+  return FromTitleText(GetWidget()->windowTitle());
 }
 
 std::intptr_t CWnd::OnMessage(unsigned, std::uintptr_t, std::intptr_t) {

@@ -3,8 +3,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -56,8 +58,39 @@ TEST(CommandLine, WrongCallsShowTheUsage) {
     const Answer answer = RunProgram(arguments);
     EXPECT_EQ(answer.code, 2) << arguments.back();
     EXPECT_NE(answer.err.find("Usage: tallyscope "), std::string::npos) << answer.err;
+    EXPECT_LE(std::count(answer.err.begin(), answer.err.end(), '\n'), 3) << answer.err;
+    EXPECT_TRUE(IsOneSentence(answer.err.substr(answer.err.rfind('\n', answer.err.size() - 2) + 1))) << answer.err;
     EXPECT_EQ(answer.out, "");
   }
+}
+
+TEST(CommandLine, SlipsOfThePenAreTold) {
+  const CScratch scratch;
+  const std::string file = Example("meuse.csv");
+  struct Row {
+    std::vector<CString> arguments;
+    const char* sentence;
+  };
+  for (const Row& row : {
+           Row{{"summry", file}, "There is no command summry; did you mean summary?"},
+           Row{{"biv"}, "There is no command biv; did you mean bivariate?"},
+           Row{{"meuse"}, "There is no command meuse, and no such file; 'tallyscope --help' lists the commands."},
+           Row{{"summary", file, "--feld", "zinc"}, "There is no option --feld; did you mean --field?"},
+           Row{{"summary", file, "--feld=zinc"}, "There is no option --feld; did you mean --field?"},
+           Row{{"render", file, "--pge", "map", "-o", "x.png"}, "There is no option --pge; did you mean --page?"},
+           Row{{file, "--zzzzzz"}, "There is no option --zzzzzz."},
+           Row{{"summary", file, "another.csv"}, "'another.csv' is one argument too many."},
+           Row{{"summary"}, "FILE is required."},
+       }) {
+    const Answer answer = RunProgram(row.arguments);
+    EXPECT_EQ(answer.code, kExitWrongCall);
+    EXPECT_TRUE(answer.err.ends_with("\n" + std::string(row.sentence) + "\n")) << row.sentence << answer.err;
+  }
+  const auto before = std::filesystem::current_path();
+  scratch.Write("summry", "a\n1\n");
+  std::filesystem::current_path(scratch.folder);
+  EXPECT_EQ(RunProgram({"summry"}).code, kExitDone) << "a file of that name is opened";
+  std::filesystem::current_path(before);
 }
 
 TEST(CommandLine, BadInputsAreOneSentence) {
@@ -189,14 +222,20 @@ TEST(Summary, TheTableTellsWhatWasFound) {
   EXPECT_NE(figures.out.find("\nMinimum                          0.005\n"), std::string::npos) << figures.out;
 }
 
-TEST(TerminalProgress, StaysSilentAwayFromATerminalAndForShortWork) {
-  std::ostringstream err;
-  for (const bool isTerminal : {false, true}) {
-    CTerminalProgress progress(err, isTerminal);
-    progress.SetTask("Reading", 0);
-    EXPECT_TRUE(progress.OnProgress(50));
-  }
-  EXPECT_EQ(err.str(), "");
+TEST(TerminalProgress, ShowsLongWorkOnATerminalAlone) {
+  using std::chrono::milliseconds;
+  const auto show = [](bool isTerminal, milliseconds patience) {
+    std::ostringstream err;
+    {
+      CTerminalProgress progress(err, isTerminal, patience);
+      progress.SetTask("Reading", 0);
+      EXPECT_TRUE(progress.OnProgress(50));
+    }
+    return err.str();
+  };
+  EXPECT_EQ(show(true, milliseconds(0)), "\r\033[KReading [" + CString(15, '#') + CString(15, '.') + "] 50 %\r\033[K");
+  EXPECT_EQ(show(false, milliseconds(0)), "");
+  EXPECT_EQ(show(true, milliseconds(1'000'000)), "");
 }
 
 }  // namespace

@@ -2,10 +2,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
+#include "host/ColumnConditioning.h"
 #include "host/HostTable.h"
+#include "host/Labels.h"
+#include "host/OpenTable.h"
+#include "spatial/Stats_PointSearch.h"
 
 namespace tallyscope {
 namespace {
@@ -79,9 +86,13 @@ TEST(HostTable, AnAxisIsNoField) {
   EXPECT_EQ(table.GetValueSize(), 3);
   EXPECT_EQ(table.FindDim("thirds"), 2);
   table.Sort(0, 0, nullptr);
+  ASSERT_TRUE(table.IsSorted(0, 0));
+  table.GetPointSearch()->SetFields(0, 1, 2, 2);
+  ASSERT_TRUE(table.PreparePointSearch(nullptr) && table.GetPointSearch()->IsPartitioned());
   const int axes[] = {2, 0};
   table.SetAxes(axes);
   EXPECT_FALSE(table.IsSorted(0, 0)) << "field 0 is another column now";
+  EXPECT_FALSE(table.GetPointSearch()->IsPartitioned()) << "likewise";
   EXPECT_EQ(table.GetSpatialSize(), 2);
   EXPECT_EQ(table.GetValueSize(), 1);
   EXPECT_EQ(table.GetValueName(-1), "thirds");
@@ -90,6 +101,49 @@ TEST(HostTable, AnAxisIsNoField) {
   EXPECT_EQ(table.FindDim("all"), -2);
   EXPECT_EQ(table.FindDim("All"), CHostTable::kNoDim);
   EXPECT_EQ(table.GetValue(-1, 4), 2004);
+}
+
+TEST(Labels, NumberThatIsNoCodeFindsNone) {
+  EXPECT_EQ(FindLabel(1, 2), 0u);
+  EXPECT_EQ(FindLabel(2, 2), 1u);
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  for (const double code : {0.0, -1.0, 0.5, 3.0, 1e300, kInfinity, -kInfinity, std::nan("")}) {
+    EXPECT_FALSE(FindLabel(code, 2)) << code;
+  }
+  EXPECT_FALSE(FindLabel(1, 0));
+}
+
+// Rules may take every label. What is left is a column of texts all the same, not one of numbers.
+TEST(HostTable, AColumnOfTextsStaysOneWithoutLabels) {
+  const auto opened = OpenTableText("n,v\nclay,1\nclay,2\n", "t", {}, nullptr);
+  ASSERT_TRUE(opened.table && opened.table->GetColumn(0).IsText());
+  CStats_Conditioning rules;
+  rules.DefineString(0);
+  rules.AddNULLValue("clay");
+  opened.table->ChangeColumn(0, [&](CHostColumn& column) { ConditionColumn(rules, 2, column); });
+  const auto& column = opened.table->GetColumn(0);
+  EXPECT_EQ(column.CountValid(), 0u);
+  EXPECT_TRUE(column.labels.empty());
+  EXPECT_TRUE(column.IsText());
+  EXPECT_FALSE(opened.table->GetColumn(1).IsText());
+}
+
+TEST(HostTable, AChangedColumnTakesWhatWasMadeFromItAlong) {
+  CHostTable table = MakeTable(10);
+  table.GetPointSearch()->SetFields(0, 1, 2, 2);
+  // What is made during the change goes as well, and a change that fails half-way is one.
+  const auto change = [&](CHostColumn& column) {
+    column.GetValues()[0] = 5000;
+    table.Sort(0, 0, nullptr);
+    ASSERT_TRUE(table.PreparePointSearch(nullptr));
+    column.GetValues()[0] = -5000;
+    throw std::runtime_error("half-way");
+  };
+  EXPECT_THROW(table.ChangeColumn(0, change), std::runtime_error);
+  EXPECT_FALSE(table.IsSorted(0, 0));
+  EXPECT_FALSE(table.GetPointSearch()->IsPartitioned());
+  table.Sort(0, 0, nullptr);
+  EXPECT_EQ(table.GetSortedStation(0, 0), 0);
 }
 
 TEST(HostTable, ColumnsKeepTheirValuesAsTheyGrow) {

@@ -171,6 +171,11 @@ TEST(TextTable, WarningsNameThePlace) {
   EXPECT_EQ(Warnings("Cu,Cu,Cu (2),Cu\n1,2,3,4\n"),
             (Sentences{"A second column is called Cu: column 2 goes by Cu (3).",
                        "A second column is called Cu: column 4 goes by Cu (4)."}));
+  std::string same = "Cu";
+  for (int i = 0; i < 5000; ++i) same += ",Cu";
+  const auto many = Warnings(same + "\n1\n");
+  ASSERT_EQ(many.size(), 22u);
+  EXPECT_EQ(many[20], "4980 further columns are called as one before, and numbered likewise.");
   EXPECT_EQ(Read("Cu,,Cu,Column 2\n1,2,3,4\n"), "Cu,Column 2 (2),Cu (2),Column 2/1,2,3,4");
 }
 

@@ -250,6 +250,35 @@ TEST(VariogramCommand, RefusalsAreOneSentence) {
   }
 }
 
+TEST(VariogramCommand, TellsHowStationsLie) {
+  const CScratch scratch;
+  const std::string line = "on one line: there are no pairs in other directions.\n";
+  const std::string place = "in one place: no distance is above 0.\n";
+  struct Case {
+    const char* table;
+    std::string words;
+  };
+  for (const Case& c : {
+           Case{"x,y,v\n0.1,0.3,1\n0.2,0.6,2\n0.7,2.1,4\n-0.3,-0.9,4\n", line},
+           Case{"x,y,z,v\n0,5,1,1\n1,5,2,2\n7,5,8,4\n", line},
+           Case{"x,y,v\n500001,6,1\n500002,6,2\n9,9,\n500003,6,2\n", line},
+           Case{"x,y,v\n5,6,1\n5,6,2\n5,6,4\n", place},
+           Case{"x,y,v\n0,0,1\n1,0,2\n2,0.0001,4\n", ""},
+           Case{"x,y,z,v\n0,0,0,1\n1,0,0,2\n2,0,1,4\n", ""},
+           Case{"x,y,v\n0,0,1\n1,0,2\n", ""},
+       }) {
+    const auto file = scratch.Write("table.csv", c.table);
+    const Answer answer = RunVariogram({file, "--field", "v", "--range", "10"});
+    EXPECT_EQ(answer.code, kExitDone);
+    EXPECT_EQ(answer.err, c.words.empty() ? "" : "All stations of " + file + " with a value lie " + c.words) << c.table;
+  }
+  const Answer none = RunVariogram({scratch.Write("table.csv", "a,v\n1,2\n3,4\n"), "--field", "v"});
+  EXPECT_EQ(none.code, kExitBadInput);
+  EXPECT_EQ(none.out, "");
+  EXPECT_NE(none.err.find(" has no axes, and a variogram needs distances; --x and --y name the axes.\n"),
+            CString::npos);
+}
+
 TEST(VariogramCommand, CtrlCLeavesNothingBehind) {
   const CScratch scratch;
   std::string table = "x,y,v\n";
@@ -301,7 +330,32 @@ TEST(ModelCommand, DescribesAndSamples) {
                             "Total nugget 2.5, total sill 13\n", "Direction 120\nlag"}) {
     EXPECT_NE(text.out.find(words), CString::npos) << text.out;
   }
-  EXPECT_EQ(RunJson({"model", scratch.Write("empty.mvf", "")})["curve"]["range"], 2000);
+  EXPECT_EQ(RunJson({"model", scratch.Write("empty.mvf", "Model Begin\nModel End\n")})["curve"]["range"], 2000);
+  // A line that says nothing among others is told.
+  const Answer odd = RunProgram({"model", scratch.Write("odd.mvf", "Nest Begin\n\nSil = 4\n")});
+  EXPECT_EQ(odd.code, kExitDone);
+  EXPECT_EQ(odd.err,
+            scratch.Path("odd.mvf") + ", line 3: 'Sil = 4' says nothing to a model variogram and is skipped.\n");
+}
+
+TEST(ModelCommand, RefusesAFileThatIsNoModel) {
+  const CScratch scratch;
+  const auto empty = scratch.Write("empty.mvf", "\n");
+  const std::string expected = "'Model Begin', 'IsotropicNugget = NUMBER' or 'Nest Begin' was expected.\n";
+  for (const auto& [file, words] :
+       {std::pair{Example("meuse.csv"),
+                  ", line 1: 'x,y,cadmium,copper,lead,zinc,elev,dist,o...' is no line of a model "
+                  "variogram; "},
+        std::pair{empty, " is no model variogram; "}}) {
+    for (const std::vector<CString>& arguments :
+         {std::vector<CString>{"model", file},
+          {"variogram", Example("meuse.csv"), "--field", "zinc", "--model", file}}) {
+      const Answer answer = RunProgram(arguments);
+      EXPECT_EQ(answer.code, kExitBadInput);
+      EXPECT_EQ(answer.out, "");
+      EXPECT_EQ(answer.err, file + words + expected);
+    }
+  }
 }
 
 TEST(ModelCommand, RefusalsAreOneSentence) {

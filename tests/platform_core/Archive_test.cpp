@@ -3,8 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <limits>
+#include <random>
+#include <utility>
+#include <vector>
 
 namespace tallyscope {
 
@@ -42,6 +46,78 @@ TEST(Archive, KeepsEveryDouble) {
     in >> read;
     EXPECT_EQ(std::signbit(read), std::signbit(value));
     EXPECT_EQ(read, value);
+  }
+}
+
+// Values of every kind, by chance. A stream that is cut anywhere gives what was stored up to the cut, and zeros from
+// there on; that it failed shows exactly when something is missing.
+TEST(Archive, ACutStreamNeverGivesAnythingElse) {
+  std::mt19937_64 random(7);
+  CArchive out;
+  std::vector<std::pair<int, std::uint64_t>> stored;  // kind; bits, or length of a text
+  for (int i = 0; i < 60; ++i) {
+    const int kind = static_cast<int>(random() % 6);
+    std::uint64_t bits = random();
+    switch (kind) {
+      case 0:
+        out << static_cast<std::uint8_t>(bits &= 0xff);
+        break;
+      case 1:
+        out << static_cast<std::uint16_t>(bits &= 0xffff);
+        break;
+      case 2:
+        out << static_cast<std::int32_t>(bits &= 0xffff'ffff);
+        break;
+      case 3:
+        out << std::bit_cast<float>(static_cast<std::uint32_t>(bits &= 0xffff'ffff));
+        break;
+      case 4:
+        out << std::bit_cast<double>(bits);
+        break;
+      default:
+        out << CString(bits %= 300, 't');
+    }
+    stored.emplace_back(kind, bits);
+  }
+  for (std::size_t length = 0; length <= out.GetBytes().size(); ++length) {
+    CArchive in({out.GetBytes().begin(), out.GetBytes().begin() + static_cast<std::ptrdiff_t>(length)});
+    for (const auto& [kind, bits] : stored) {
+      std::uint8_t byte = 1;
+      std::uint16_t word = 1;
+      std::int32_t integer = 1;
+      float real = 1;
+      double number = 1;
+      CString text = "before";
+      std::uint64_t got = 0;
+      switch (kind) {
+        case 0:
+          in >> byte;
+          got = byte;
+          break;
+        case 1:
+          in >> word;
+          got = word;
+          break;
+        case 2:
+          in >> integer;
+          got = static_cast<std::uint32_t>(integer);
+          break;
+        case 3:
+          in >> real;
+          got = std::bit_cast<std::uint32_t>(real);
+          break;
+        case 4:
+          in >> number;
+          got = std::bit_cast<std::uint64_t>(number);
+          break;
+        default:
+          in >> text;
+          got = text.size();
+      }
+      ASSERT_EQ(got, in.IsFailed() ? 0 : bits) << "kind " << kind << ", cut at " << length;
+    }
+    ASSERT_EQ(in.IsFailed(), length < out.GetBytes().size());
+    ASSERT_EQ(in.GetRemaining(), 0u);
   }
 }
 

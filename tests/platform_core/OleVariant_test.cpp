@@ -79,6 +79,11 @@ TEST(OleVariant, NumbersAreNarrowedAndRead) {
   EXPECT_EQ(COleVariant(200, VT_I1).GetInteger(), -56);
   EXPECT_EQ(COleVariant(-1, VT_UI4).GetReal(), 4294967295.0);
   EXPECT_EQ(COleVariant(-1, VT_UI4).GetInteger(), std::numeric_limits<int>::max()) << "limited";
+  EXPECT_EQ(COleVariant(7, VT_R8).GetReal(), 7) << "a whole number in a type of reals";
+  EXPECT_EQ(COleVariant(16777217, VT_R4).GetReal(), 16777216);
+  EXPECT_EQ(COleVariant(-2.9, VT_I4).GetReal(), -2) << "a real in a type of whole numbers";
+  EXPECT_EQ(COleVariant(1e300, VT_CY).GetReal(), 9223372036854775807.0);
+  EXPECT_EQ(COleVariant(std::nan(""), VT_I2).GetReal(), 0);
   EXPECT_EQ(COleVariant(0.1, VT_R4).GetReal(), static_cast<double>(0.1f));
   EXPECT_EQ(COleVariant(-2.9).GetInteger(), -2);
   EXPECT_EQ(COleVariant(1e300).GetInteger(), std::numeric_limits<int>::max());

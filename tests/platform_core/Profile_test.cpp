@@ -44,6 +44,7 @@ TEST(Profile, DoublesAreTextWithAPointInEveryLocale) {
 TEST(StringTable, FillsTheFirstMark) {
   EXPECT_EQ(FormatMessage(LoadString(kStringSummaryTitle), "Zn"), "Zn - Summary statistics");
   EXPECT_EQ(FormatMessage("plain", "Zn"), "plain");
+  EXPECT_EQ(FormatMessage("%1!s! and %1!s!", "%1!s!"), "%1!s! and %1!s!") << "a name that looks like the mark";
   EXPECT_EQ(LoadString(-1), "");
 }
 

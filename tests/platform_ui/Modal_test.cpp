@@ -65,13 +65,15 @@ TEST_F(RealModal, AQuestionIsAnsweredByYesOnly) {
 
 TEST_F(RealModal, AMenuGivesTheItemPicked) {
   CMenu menu;
-  menu.AppendItem(106, "Statistics");
+  menu.AppendItem(106, "<b>Pb & Zn</b>");
   menu.AppendSeparator();
   menu.AppendItem(100, "Sort Ascending", /*checked=*/true);
   menu.AppendItem(101, "Sort Descending", false, /*enabled=*/false);
   WhenOpen<QMenu>([](QMenu& popup) {
     const auto actions = popup.actions();
     ASSERT_EQ(actions.size(), 4);
+    EXPECT_EQ(actions[0]->text(), "<b>Pb && Zn</b>") << "no key is marked";
+    EXPECT_EQ(GetModalDepth(), 1);
     EXPECT_TRUE(actions[1]->isSeparator());
     EXPECT_TRUE(actions[2]->isChecked());
     EXPECT_FALSE(actions[0]->isChecked());
@@ -80,6 +82,7 @@ TEST_F(RealModal, AMenuGivesTheItemPicked) {
     QTest::keyClick(&popup, Qt::Key_Return);
   });
   EXPECT_EQ(GetModal().RunMenu(nullptr, menu, QPoint(10, 10)), 100);
+  EXPECT_EQ(GetModalDepth(), 0);
   WhenOpen<QMenu>([](QMenu& popup) { QTest::keyClick(&popup, Qt::Key_Escape); });
   EXPECT_EQ(GetModal().RunMenu(nullptr, menu, QPoint(10, 10)), 0);
 }

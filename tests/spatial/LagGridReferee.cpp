@@ -84,8 +84,13 @@ class Referee {
 
   bool IsActive(std::size_t axis) const { return (s_.lagFlags >> axis & 1) != 0; }
   std::size_t Size(std::size_t axis) const { return static_cast<std::size_t>(size_[axis]); }
+  // And a place: a co-ordinate that isn't finite is none.
   bool HasValue(int station) {
+    const int dims[3] = {s_.GetSpatialDimX(), s_.GetSpatialDimY(), s_.GetSpatialDimZ()};
     double value = 0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      if (IsActive(axis) && !std::isfinite(data_.GetValue(dims[axis], station))) return false;
+    }
     return data_.GetValue(field_, station, value);
   }
 

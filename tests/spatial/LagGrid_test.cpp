@@ -87,19 +87,19 @@ void ExpectRefereesGrid(CMadeTable& table, const Settings& settings, const std::
   CStats_Univariate figures;
   figures.Add(&table, 0);
   figures.Calculate(1, nullptr);
-  const LagBinning binning(spatial);
+  const LagBinning binning(spatial.GetLagSettings());
   const int stride =
       (settings.flags & kSample) == 0 || settings.limit < 0 ? 1 : std::max(1, table.GetSize() / settings.limit);
   for (const auto level : {pair_kernel::Level::kPlain, pair_kernel::Level::kAvx2, pair_kernel::Level::kAvx512}) {
     ASSERT_TRUE(table.PreparePointSearch(nullptr));
-    if (!table.GetPointSearch()->IsPartitioned()) return;
+    const StationIndex index = GetStationIndex(table);
+    if (!index) return;
     LagGridWalk walk({&table, 0, figures.mean, {-1, -2, (settings.flags & 4) != 0 ? -3 : LagGridWalk::kNoColumn}},
                      binning, stride, level);
     PairProgress progress(nullptr);
-    ASSERT_TRUE(walk.WalkLeaves(*table.GetPointSearch(), spatial.lagRange, progress));
-    LagGrid grid;
-    walk.Finish(grid);
-    EXPECT_EQ(Compare(grid, referee, variance), "") << "level " << static_cast<int>(level);
+    ASSERT_TRUE(walk.WalkLeaves(index, spatial.lagRange, progress));
+    EXPECT_EQ(Compare(LagGrid(spatial.GetLagSettings(), walk.Finish()), referee, variance), "")
+        << "level " << static_cast<int>(level);
   }
 }
 
@@ -154,6 +154,38 @@ TEST(LagGrid, AgreesWithThePlainFormulaOnNastyClouds) {
       ExpectRefereesGrid(flat, {kPlane | kSearch, range, {40, 40, 40}}, cloud.name);
       ExpectRefereesGrid(solid, {kSolid | kPolarFlag | kSearch, range, {25, 36, 18}}, cloud.name);
       ExpectRefereesGrid(solid, {kSolid | kSearch, range, {12, 10, 8}}, cloud.name);
+    }
+  }
+}
+
+// Stations that lie nowhere or very far off, alone or among others, and what the pairs of the others come to without
+// them, at every level of vector code and without the search.
+TEST(LagGrid, StationsWithoutAFinitePlaceHaveNoPart) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  auto base = SomeNastyClouds()[4];
+  base.points.resize(260);
+  for (const std::vector<double>& strangers : {std::vector<double>{kInfinity},
+                                               {-kInfinity, kInfinity},
+                                               {kInfinity, NAN, -kInfinity},
+                                               {1e300},
+                                               {1e300, -1e300, 1e308, kInfinity},
+                                               {1e308, -1e308},
+                                               {3e7, -1e12}}) {
+    for (const std::size_t axis : {0u, 1u, 2u}) {
+      Cloud cloud{"strangers of " + std::to_string(strangers[0]) + " on " + std::to_string(axis), base.points};
+      for (std::size_t i = 0; i < cloud.points.size(); i += strangers.size() == 1 ? 1000 : 7) {
+        cloud.points[i][axis] = strangers[i / 7 % strangers.size()];
+      }
+      CMadeTable flat = TableOf(cloud, 2);
+      CMadeTable solid = TableOf(cloud, 3);
+      for (const unsigned search : {kSearch, 0u}) {
+        for (const double range : {0.3, 1e9, 1e301}) {
+          ExpectRefereesGrid(flat, {kPlane | kPolarFlag | search, range, {50, 72, 36}}, cloud.name);
+          ExpectRefereesGrid(solid, {kSolid | kPolarFlag | search, range, {25, 36, 18}}, cloud.name);
+          ExpectRefereesGrid(solid, {kSolid | search, range, {12, 10, 8}}, cloud.name);
+        }
+        ExpectRefereesGrid(flat, {kPlane | search | kSample, 1, {12, 10, 8}, 150}, cloud.name);
+      }
     }
   }
 }
@@ -233,7 +265,8 @@ TEST(LagGrid, TakesDimsAsAxesAndFlagsAsTheyStand) {
   EXPECT_EQ(Compare((spatial.CalculateItem(0, kLagGrid, nullptr), spatial.grid), MakeRefereeGrid(spatial, table, 0),
                     GetVariance(table)),
             "");
-  EXPECT_FALSE(table.GetPointSearch()->IsPartitioned());
+  // The walk leaves the search to others.
+  EXPECT_TRUE(table.GetPointSearch()->IsPartitioned());
   // A column that isn't there is a search that can't be had.
   spatial.ClearFlags(0, kLagGrid);
   spatial.SetSpatialDims(-1, -7, -3, 2);

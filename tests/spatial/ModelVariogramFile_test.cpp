@@ -165,6 +165,46 @@ TEST(ModelVariogramFile, LinesThatSayNothingAreSkipped) {
   EXPECT_TRUE(std::isnan(words.nests.front().dip));
 }
 
+TEST(ModelVariogramFile, TellsItsFirstOddLine) {
+  const CScratch scratch;
+  struct Row {
+    const char* text;
+    int good;
+    int odd;
+    const char* oddText;
+  };
+  for (const Row& row : {
+           Row{"", 0, 0, ""},
+           Row{"! a comment\n\n  # another\n", 0, 0, ""},
+           Row{"x,y,zinc\n1,2,3\n", 0, 1, "x,y,zinc"},
+           Row{"\n\nDip,Strike\n3,4\n", 0, 3, "Dip,Strike"},
+           Row{"Model Begin\nIsotropicNugget = 2\nNest Begin\n\tDip = 3\nNest End\nModel End\n", 6, 0, ""},
+           Row{"Nest Begin\nType = Cubic\nSill = 3\n", 1, 2, "Type = Cubic"},
+           Row{"Nest Begin\r\nNugget\r\n", 1, 2, "Nugget"},
+           Row{"Model Begin\nIsotropicNugget = '2'", 1, 2, "IsotropicNugget = '2'"},
+       }) {
+    CStats_ModelVariogram model;
+    ModelFileLines lines;
+    CString error;
+    ASSERT_TRUE(LoadFromFile(model, scratch.Write("model.mvf", row.text), lines, error)) << error;
+    EXPECT_EQ(lines.good, row.good) << row.text;
+    EXPECT_EQ(lines.firstOdd, row.odd) << row.text;
+    EXPECT_EQ(lines.oddText, row.oddText) << row.text;
+  }
+}
+
+// The system lets this file be opened, but not read.
+TEST(ModelVariogramFile, AReadErrorIsNoEmptyModel) {
+  CStats_ModelVariogram model;
+  model.SetIsotropicNugget(5);
+  model.AddNest();
+  CString error;
+  EXPECT_FALSE(LoadFromFile(model, "/proc/self/mem", error));
+  EXPECT_TRUE(error.starts_with("An error occurred reading from the file \"/proc/self/mem\".\n")) << error;
+  EXPECT_EQ(model.isotropicNugget.nugget, 5);
+  EXPECT_EQ(model.nests.size(), 1u);
+}
+
 TEST(ModelVariogramFile, AFileThatDoesNotOpenChangesNothing) {
   const CScratch scratch;
   CStats_ModelVariogram model;

@@ -79,6 +79,12 @@ std::vector<Cloud> NastyClouds() {
     if (i % 11 == 0) point[static_cast<std::size_t>(i % 2)] = std::numeric_limits<double>::quiet_NaN();
     return point;
   }));
+  clouds.push_back(MakeCloud("with infinities", 400, [&](int i) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    Point3 point = anywhere(i);
+    if (i % 11 == 0) point[static_cast<std::size_t>(i % 2)] = i % 3 == 0 ? -kInfinity : kInfinity;
+    return point;
+  }));
   return clouds;
 }
 
@@ -88,7 +94,7 @@ Box BoundsOf(const Cloud& cloud) {
     double low = 0;
     double high = 1;
     for (const Point3& point : cloud.points) {
-      if (point[axis] == kNull) continue;
+      if (point[axis] == kNull || std::isinf(point[axis])) continue;
       low = std::min(low, point[axis]);
       high = std::max(high, point[axis]);
     }

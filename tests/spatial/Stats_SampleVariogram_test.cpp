@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <vector>
 
@@ -13,12 +15,14 @@
 #include "spatial/Stats_LagGridData.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_VariogramData.h"
+#include "statistics/ProgressSink.h"
 #include "statistics/Stats_Univariate.h"
 
 namespace tallyscope::testing_spatial {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 CMadeTable MakeField(int axes, int stations, double side) {
   std::vector<std::vector<double>> columns(static_cast<std::size_t>(axes) + 1);
@@ -86,6 +90,11 @@ class SampleVariogram : public ::testing::Test {
     variogram.CalcVariogram(0, range, limit, nullptr);
     ASSERT_EQ(variogram.GetFlags(0), 4);
   }
+  void Put(const std::array<std::size_t, 3>& at, const LagCell& cell) {
+    LagGrid::Cells cells = variogram.grid.GetCells();
+    cells[at[0]][at[1]][at[2]] = cell;
+    variogram.grid = LagGrid(variogram.grid.GetSettings(), std::move(cells));
+  }
 
   CStats_SampleVariogram variogram;
   CStats_VariogramData curve;
@@ -133,10 +142,31 @@ TEST_F(SampleVariogram, OmnidirectionalCurveCountsEachPairTwice) {
   EXPECT_EQ(curve.GetValue(-1, 0), 4.5);
   EXPECT_EQ(curve.GetValue(0, 0), 4.5);
   // A Cartesian grid has no curves and leaves the data alone.
-  variogram.lagFlags &= ~static_cast<unsigned>(CStats_Spatial::kPolar);
+  LagSettings settings = variogram.grid.GetSettings();
+  settings.flags &= ~static_cast<unsigned>(CStats_Spatial::kPolar);
+  variogram.grid = LagGrid(settings, variogram.grid.GetCells());
   EXPECT_FALSE(variogram.GetVariogramData(curve));
   EXPECT_FALSE(variogram.GetVariogramData(curve, 0, 0, 5));
   EXPECT_EQ(curve.GetSize(), 1);
+}
+
+// 50,000 stations have more pairs than an int counts: each cell or the sum of some.
+TEST_F(SampleVariogram, PairCountsGoBeyondAnInt) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  CMadeTable table = Table(2, {{0, 3}, {0, 0}, {1, 2}});
+  Compute(table, 50);
+  constexpr std::int64_t kMany = 3'000'000'000;
+  Put({0, 0, 3}, {kMost, -0.5, 2, kMany});
+  Put({0, 36, 3}, {kMost, -0.5, 4, 2 * kMany});
+  const VariogramCurve full = variogram.GetCurve();
+  EXPECT_EQ(full.pairCount, std::vector<std::int64_t>{3 * kMany});
+  EXPECT_DOUBLE_EQ(full.momentOfInertia[0], 10.0 / 3);
+  ASSERT_TRUE(variogram.GetVariogramData(curve));
+  EXPECT_EQ(curve.pairCount, std::vector<int>{kMost});
+  EXPECT_EQ(variogram.GetCurve(90, 0, 5).pairCount, std::vector<std::int64_t>{kMany});
+  ASSERT_TRUE(variogram.GetVariogramData(curve, 90, 0, 5));
+  EXPECT_EQ(curve.pairCount, std::vector<int>{kMost});
+  EXPECT_EQ(CStats_LagGridData(&variogram).GetValue(2, 3), 3e9);
 }
 
 // A dip is positive downwards: the pair from (0, 0, 0) to (0.05, 1, -1.1) dips 48 degrees to the north.
@@ -173,6 +203,20 @@ TEST_F(SampleVariogram, DefaultRange) {
   CMadeTable short_ = Table(1, {{0, 0.1, 0.2}, {1, 2, 3}});
   Compute(short_, 0);
   EXPECT_DOUBLE_EQ(variogram.lagRange[0], 0.05);
+  // The axes are far apart, but the calculator's own dims are fields.
+  CMadeTable fields = Table(2, {{0, 9e6, 0, 9e6}, {0, 0, 9e6, 9e6}, {0, 30, 0, 30}, {0, 0, 30, 30}, {1, 2, 3, 4}});
+  variogram.Clear();
+  variogram.Add(&fields, 2);
+  variogram.SetSpatialDims(0, 1, -3, 2);
+  variogram.CalcVariogram(0, 0, 0, nullptr);
+  EXPECT_EQ(variogram.lagRange[0], 170);
+  // A co-ordinate that isn't finite counts for nothing.
+  CMadeTable infinite = Table(2, {{0, 30, kInfinity, 0, 30, 8}, {0, 0, 5, 30, 30, -kInfinity}, {1, 2, 3, 3, 4, 5}});
+  Compute(infinite, 0);
+  EXPECT_EQ(variogram.lagRange[0], 170);
+  CMadeTable infiniteLine = Table(1, {{0, 4936, kInfinity, 100}, {1, 2, 3, 3}});
+  Compute(infiniteLine, 0);
+  EXPECT_EQ(variogram.lagRange[0], 1200);
   CMadeTable noAxes = Table(0, {{1, 2, 3}});
   Compute(noAxes, 0);
   EXPECT_EQ(variogram.lagRange[0], 1000);
@@ -245,7 +289,7 @@ TEST_F(SampleVariogram, ErrorVariance) {
 TEST_F(SampleVariogram, GridAsATable) {
   CMadeTable table = MakeField(2, 300, 10);
   Compute(table, 25);
-  variogram.grid[0][2][49] = {7, 0.25, 3.5};
+  Put({0, 2, 49}, {7, 0.25, 3.5, 7});
   CStats_LagGridData cells(&variogram);
   EXPECT_EQ(cells.GetSize(), 3600);
   EXPECT_EQ(cells.GetSpatialSize(), 2);
@@ -262,20 +306,62 @@ TEST_F(SampleVariogram, GridAsATable) {
 
   CMadeTable solid = MakeField(3, 300, 10);
   Compute(solid, 25);
-  variogram.grid[4][2][24] = {9, 0, 0};
+  Put({4, 2, 24}, {9, 0, 0, 9});
   CStats_LagGridData solidCells(&variogram);
   EXPECT_EQ(solidCells.GetSize(), 25 * 36 * 18);
   EXPECT_EQ(solidCells.GetValue(2, 4 * 900 + 2 * 25 + 24), 9);
 }
 
+// A grid stands until another one has been computed, and all that is read from it is its own.
+TEST_F(SampleVariogram, ACancelledGridLeavesTheFormerOneWhole) {
+  CMadeTable table = MakeField(2, 400, 10);
+  EXPECT_EQ(CStats_LagGridData(&variogram).GetSize(), 0) << "never computed";
+  EXPECT_FALSE(variogram.GetVariogramData(curve));
+  Compute(table, 100);
+  CStats_LagGridData cells(&variogram);
+  ASSERT_TRUE(variogram.GetVariogramData(curve));
+  const LagSettings settings = variogram.GetLagSettings();
+  for (int asks = 0; asks < 12; ++asks) {
+    class Sink : public CProgressSink {
+     public:
+      explicit Sink(int asks) : left_(asks) {}
+      bool OnProgress(int) override { return left_-- > 0; }
+      void SetTask(const char*, int) override {}
+
+     private:
+      int left_;
+    } sink(asks);
+    EXPECT_FALSE(variogram.CalcVariogram(0, asks % 2 == 0 ? 50 : 0, 100, &sink));
+    EXPECT_EQ(variogram.GetFlags(0), 4);
+    EXPECT_EQ(variogram.lagRange, settings.range);
+    EXPECT_EQ(variogram.lagFlags, settings.flags);
+    CStats_VariogramData again;
+    ASSERT_TRUE(variogram.GetVariogramData(again));
+    EXPECT_EQ(again.lag, curve.lag);
+    EXPECT_EQ(again.pairCount, curve.pairCount);
+  }
+  // Settings of the next grid change nothing, and a table keeps the grid that it was built on.
+  variogram.lagRange.fill(7);
+  variogram.lagCount = {3, 4, 5};
+  CStats_VariogramData again;
+  ASSERT_TRUE(variogram.GetVariogramData(again));
+  EXPECT_EQ(again.lag, curve.lag);
+  CStats_LagGridData later(&variogram);
+  EXPECT_EQ(later.GetSize(), 50 * 72);
+  CMadeTable solid = MakeField(3, 100, 10);
+  Compute(solid, 5);
+  EXPECT_EQ(later.GetSize(), 50 * 72);
+  EXPECT_EQ(later.GetValue(2, 50 * 72 - 1), cells.GetValue(2, 50 * 72 - 1));
+}
+
 // Moments of 0 to 99, a cell each, and as many empty cells: half of the distribution is zeros.
 TEST_F(SampleVariogram, ColourRangeCountsEmptyCells) {
-  variogram.lagFlags = CStats_Spatial::kLagX | CStats_Spatial::kLagY;
-  variogram.lagCount = {20, 10, 1};
-  EXPECT_EQ(GetLagGridColourRange(variogram, 0), (std::array<double, 2>{0, 0}));
-  variogram.grid.assign(1, std::vector<std::vector<LagCell>>(10, std::vector<LagCell>(20)));
-  for (std::size_t i = 0; i < 100; ++i) variogram.grid[0][i / 20][i % 20] = {1, 0, static_cast<double>(i)};
-  const auto [low, high] = GetLagGridColourRange(variogram, 0);
+  EXPECT_EQ(GetLagGridColourRange(LagGrid(), 0), (std::array<double, 2>{0, 0}));
+  LagSettings settings;
+  settings.flags = CStats_Spatial::kLagX | CStats_Spatial::kLagY;
+  LagGrid::Cells cells(1, LagGrid::Level(10, LagGrid::Row(20)));
+  for (std::size_t i = 0; i < 100; ++i) cells[0][i / 20][i % 20] = {1, 0, static_cast<double>(i)};
+  const auto [low, high] = GetLagGridColourRange(LagGrid(settings, cells), 0);
   EXPECT_NEAR(low, 0, 0.5);
   EXPECT_NEAR(high, 90, 1);
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <random>
 
 #include "SpatialTesting.h"
@@ -30,6 +31,7 @@ using testing_spatial::NastyClouds;
 using testing_spatial::Table;
 
 constexpr double kPi = 3.14159265358979323846;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 std::vector<int> Selected(const CStats_Spatial& spatial) {
   std::vector<int> stations;
@@ -145,6 +147,11 @@ TEST(Stats_Spatial, ARegionThatCantBeSearchedFails) {
   spatial.AddSelRegion(BoxRegion<CStats_RgnRect>({0, 0, 0}, {9, 9, 0}));
   EXPECT_FALSE(spatial.GetFlags(0) & 1);
   EXPECT_EQ(Selected(spatial), (std::vector<int>{1, 2}));
+  // A replay skips it, goes on and ends in false.
+  spatial.extractFlags &= ~static_cast<unsigned>(CStats_Spatial::kIncremental);
+  spatial.regions.Append(BoxRegion<CStats_RgnIndexRange>({2, 0, 0}, {2, 0, 0}, false));
+  EXPECT_FALSE(spatial.Calculate(1, nullptr));
+  EXPECT_EQ(Selected(spatial), (std::vector<int>{1}));
   auto fields = BoxRegion<CStats_RgnRect>({0, 0, 0}, {1, 9, 0});
   fields->SetDims(-1, 0, -3, 2);
   CStats_Spatial fresh;
@@ -187,7 +194,7 @@ TEST(Stats_Spatial, PolygonsOverClouds) {
         }
         region->points.push_back(vertex);
       }
-      const PolygonTest polygon(region->points);
+      PolygonTest polygon(region->points);
       Box box = polygon.GetBounds();
       box.min[2] = -1e20;
       CStats_Spatial spatial;
@@ -197,7 +204,11 @@ TEST(Stats_Spatial, PolygonsOverClouds) {
       CPointSearch::Leaves leaves;
       table.GetPointSearch()->CollectLeavesInBox(leaves, box, false);
       for (const auto* leaf : leaves) {
-        const auto out = [&](double x, double y) { return polygon.Classify(x, y) == PolygonTest::kOutside; };
+        const auto out = [&](double x, double y) {
+          PolygonTest::Place place{};
+          polygon.Classify(polygon.GetWhole(), &x, &y, 1, &place);
+          return place == PolygonTest::kOutside;
+        };
         const Box& cell = leaf->box;
         const bool whole = leaf->points.size() >= 9 && !polygon.HasVertexIn(cell) && !out(cell.min[0], cell.min[1]) &&
                            !out(cell.min[0], cell.max[1]) && !out(cell.max[0], cell.min[1]) &&
@@ -245,6 +256,35 @@ TEST(Stats_Spatial, RegularCellsHoldTheStationsAroundTheirCentres) {
       }
     }
   }
+}
+
+// Refused before memory is asked for.
+TEST(Stats_Spatial, MoreCellsThanReason) {
+  CMadeTable table = SixStations();
+  CStats_Spatial spatial;
+  spatial.Add(&table, 0);
+  constexpr int kMost = std::numeric_limits<int>::max();
+  for (const std::array<int, 3>& count :
+       {std::array<int, 3>{100'000, 100'000, 1}, {kMost, kMost, kMost}, {1, 1 << 25, 1}}) {
+    for (const unsigned what : {CStats_Spatial::kLists, CStats_Spatial::kBitmaps}) {
+      spatial.extractFlags = CStats_Spatial::kRegularCells | CStats_Spatial::kExtractX | CStats_Spatial::kExtractY |
+                             CStats_Spatial::kExtractZ | what;
+      spatial.cellCount = count;
+      EXPECT_FALSE(spatial.Calculate(1, nullptr));
+    }
+    spatial.pairCount = count;
+    for (const unsigned mode : {CStats_Spatial::kRing, CStats_Spatial::kPairX}) {
+      spatial.pairFlags = CStats_Spatial::kPairCells | CStats_Spatial::kPairY | CStats_Spatial::kPairZ | mode;
+      EXPECT_FALSE(spatial.Calculate(2, nullptr));
+    }
+  }
+  // Few enough as lists, but not as a bitmap of all stations each.
+  CMadeTable large({made::Ramp(100'000, 0, 1), made::Ramp(100'000, 0, 1), made::Ramp(100'000, 0, 1)}, 2);
+  CStats_Spatial many;
+  many.Add(&large, 0);
+  many.extractFlags = CStats_Spatial::kRegularCells | CStats_Spatial::kExtractX | CStats_Spatial::kBitmaps;
+  many.cellCount = {1'000'000, 1, 1};
+  EXPECT_FALSE(many.Calculate(1, nullptr));
 }
 
 TEST(Stats_Spatial, ABitmapIsMadeWhenNothingIsAskedFor) {
@@ -402,6 +442,24 @@ TEST(Stats_Spatial, FitsAPlane) {
   EXPECT_NEAR(spatial.fitC, -0.2, 1e-14);
   EXPECT_EQ(spatial.valueMin, 1);
   EXPECT_EQ(spatial.valueRange, 10);
+
+  // Stations without a finite co-ordinate or a value have no part in it.
+  for (const Point3& stranger : {Point3{kNull, 1, 5},
+                                 {1, kNull, 5},
+                                 {kInfinity, 1, 5},
+                                 {-kInfinity, 1, 5},
+                                 {1, kInfinity, 5},
+                                 {NAN, 2, 5},
+                                 {2, -kInfinity, 5},
+                                 {3, 1, kNull}}) {
+    for (std::size_t i = 0; i < 3; ++i) columns[i].push_back(stranger[i]);
+  }
+  CMadeTable strangers = Table(2, columns);
+  CStats_Spatial same;
+  same.Add(&strangers, 0);
+  ASSERT_TRUE(same.Calculate(8, nullptr));
+  EXPECT_EQ((std::vector{same.fitA, same.fitB, same.fitC, same.xMin, same.xRange}),
+            (std::vector{spatial.fitA, spatial.fitB, spatial.fitC, spatial.xMin, spatial.xRange}));
 
   CMadeTable line = Table(2, {{0.1, 0.2, 0.3, 0.7}, {0.1, 0.2, 0.3, 0.7}, {4, 3, 7, 1}});
   CStats_Spatial flat;

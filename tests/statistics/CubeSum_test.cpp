@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <span>
 #include <vector>
 
 namespace tallyscope {
@@ -20,7 +21,7 @@ void ExpectCubesOfPow(const std::vector<double>& values, double mean) {
   CubeSum cubes(mean);
   for (std::size_t first = 0; first < values.size(); first += 37) {
     const std::size_t count = std::min<std::size_t>(37, values.size() - first);
-    cubes.Add(values.data() + first, static_cast<int>(count));
+    cubes.Add(std::span(values).subspan(first, count));
     for (std::size_t i = first; i < first + count; ++i) expected += std::pow(values[i] - mean, 3.0);
     ASSERT_EQ(std::bit_cast<std::uint64_t>(cubes.GetSum()), std::bit_cast<std::uint64_t>(expected)) << "by " << first;
   }
@@ -30,7 +31,7 @@ double CubeOf(double x, int lane) {
   double values[8] = {};
   values[lane] = x;
   CubeSum cubes(0);
-  cubes.Add(values, 8);
+  cubes.Add(values);
   return cubes.GetSum();
 }
 

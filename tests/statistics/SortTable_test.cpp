@@ -3,11 +3,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
 #include <utility>
 
+#include "statistics/ProgressSink.h"
 #include "tests/support/Made.h"
 
 namespace tallyscope {
@@ -20,11 +22,11 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 const double kLeast = std::nextafter(-1048576.0, 0.0);
 
 // The sort as it is defined: positions of the table compared through raw reads, nothing copied, the pivot followed by
-// its position. Referee for every quicker way.
+// its position. Referee for every quicker way. `before(a, b)` compares stations.
+template <class Before>
 class PlainSort {
  public:
-  PlainSort(CStats_Data& data, int field, bool descending) : data_(data), field_(field), descending_(descending) {
-    table_.resize(static_cast<std::size_t>(data.GetSize()));
+  PlainSort(int size, Before before) : table_(static_cast<std::size_t>(size)), before_(before) {
     std::iota(table_.begin(), table_.end(), 0);
     if (table_.size() < 100) {
       Comb();
@@ -36,9 +38,7 @@ class PlainSort {
 
  private:
   bool IsBefore(int a, int b) {  // positions
-    const double x = data_.GetValue(field_, table_[static_cast<std::size_t>(a)]);
-    const double y = data_.GetValue(field_, table_[static_cast<std::size_t>(b)]);
-    return descending_ ? x > y : x < y;
+    return before_(table_[static_cast<std::size_t>(a)], table_[static_cast<std::size_t>(b)]);
   }
   void Swap(int a, int b) { std::swap(table_[static_cast<std::size_t>(a)], table_[static_cast<std::size_t>(b)]); }
 
@@ -94,11 +94,18 @@ class PlainSort {
     }
   }
 
-  CStats_Data& data_;
-  int field_;
-  bool descending_;
   std::vector<int> table_;
+  Before before_;
 };
+
+std::vector<int> SortPlainly(CStats_Data& data, int field, bool descending) {
+  const auto before = [&](int a, int b) {
+    const double x = data.GetValue(field, a);
+    const double y = data.GetValue(field, b);
+    return descending ? x > y : x < y;
+  };
+  return PlainSort(data.GetSize(), before).GetTable();
+}
 
 std::vector<int> GetTable(CStats_Data& data, int field) {
   std::vector<int> table(static_cast<std::size_t>(data.GetSize()));
@@ -109,6 +116,49 @@ std::vector<int> GetTable(CStats_Data& data, int field) {
 std::vector<double> Generate(int n, auto value) {
   std::vector<double> values(static_cast<std::size_t>(n));
   for (int i = 0; i < n; ++i) values[static_cast<std::size_t>(i)] = value(i);
+  return values;
+}
+
+// Columns for which the middle value of a range is nearly always an extreme one. The first by construction, the second
+// by an adversary that decides each comparison against the sort, as late as it can (M. D. McIlroy, "A killer adversary
+// for quicksort", 1999).
+std::vector<double> MiddleKiller(int n) {
+  auto values = Generate(n, [](int i) { return i; });
+  for (int i = 1; i < n; ++i) std::swap(values[static_cast<std::size_t>(i)], values[static_cast<std::size_t>(i / 2)]);
+  return values;
+}
+std::vector<double> AdversaryKiller(int n) {
+  std::vector<double> values(static_cast<std::size_t>(n), n);  // n: not decided yet
+  int decided = 0;
+  int candidate = 0;
+  const auto before = [&](int a, int b) {
+    double& x = values[static_cast<std::size_t>(a)];
+    double& y = values[static_cast<std::size_t>(b)];
+    if (a != b && x == n && y == n) (a == candidate ? x : y) = decided++;
+    if (x == n || y == n) candidate = x == n ? a : b;
+    return x < y;
+  };
+  static_cast<void>(PlainSort(n, before));
+  return values;
+}
+
+std::vector<double> With(std::vector<double> values, int at, double value) {
+  values[static_cast<std::size_t>(at)] = value;
+  return values;
+}
+
+std::vector<double> Every(int step, std::vector<double> values, double value) {
+  for (std::size_t i = 3; i < values.size(); i += static_cast<std::size_t>(step)) values[i] = value;
+  return values;
+}
+
+std::vector<double> Halved(std::vector<double> values) {
+  for (double& value : values) value = std::floor(value / 2);
+  return values;
+}
+
+std::vector<double> Negated(std::vector<double> values) {
+  std::transform(values.begin(), values.end(), values.begin(), std::negate<>());
   return values;
 }
 
@@ -155,6 +205,12 @@ std::vector<NastyColumn> NastyColumns(int n) {
       {"tied and crowded", Generate(n, [&](int) { return 1 + below(1000) * 0x1p-52; })},
       {"all magnitudes",
        Generate(n, [&](int) { return std::ldexp(below(1000) - 500, static_cast<int>(random() % 2000) - 1000); })},
+      {"middle killer with a tie", With(MiddleKiller(n), n - 1, 0)},
+      {"negated middle killer with a NaN", With(Negated(MiddleKiller(n)), n - 1, kNan)},
+      {"adversary's killer with a tie", With(AdversaryKiller(n), n / 2, 1)},
+      {"negated adversary's killer with an infinity", With(With(Negated(AdversaryKiller(n)), n / 2, -kInf), 0, -kInf)},
+      {"killer of pairs", Halved(MiddleKiller(n))},
+      {"killer with NaN", Every(41, MiddleKiller(n), kNan)},
   };
   return columns;
 }
@@ -166,7 +222,7 @@ TEST(SortTable, TiesAreLeftAsThePlainProcedureLeavesThem) {
       for (const int descending : {0, 1}) {
         SCOPED_TRACE(testing::Message() << column.name << ", n " << n << ", descending " << descending);
         table.Sort(0, descending, nullptr);
-        ASSERT_EQ(GetTable(table, 0), PlainSort(table, 0, descending != 0).GetTable());
+        ASSERT_EQ(GetTable(table, 0), SortPlainly(table, 0, descending != 0));
       }
     }
   }
@@ -182,7 +238,7 @@ TEST(SortTable, LargeColumnsAgreeWithThePlainProcedure) {
   for (int field = 0; field < table.GetValueSize(); ++field) {
     for (const int descending : {0, 1}) {
       table.Sort(field, descending, nullptr);
-      ASSERT_EQ(GetTable(table, field), PlainSort(table, field, descending != 0).GetTable()) << field << descending;
+      ASSERT_EQ(GetTable(table, field), SortPlainly(table, field, descending != 0)) << field << descending;
     }
   }
 }
@@ -227,6 +283,69 @@ TEST(SortTable, KeepsOneTableOfAColumn) {
 
   table.ClearSort();
   EXPECT_FALSE(table.IsSorted(0, 1));
+}
+
+TEST(SortTable, OutlivesWhatFollows) {
+  CMadeTable table({made::Ramp(300, 0, 1)});
+  EXPECT_EQ(table.GetSortTable(0), nullptr);
+  table.Sort(0, 0, nullptr);
+  const auto held = table.GetSortTable(0);
+  table.Sort(0, 1, nullptr);
+  table.ClearSort();
+  EXPECT_EQ((*held)[0], 0);
+  EXPECT_EQ(table.GetSortTable(0), nullptr);
+  table.TakeSortTable(0, 1, MakeSortTable(table, 0, true, nullptr));  // as from a worker
+  EXPECT_TRUE(table.IsSorted(0, 1));
+  EXPECT_EQ(table.GetSortedStation(0, 0), 299);
+}
+
+// A sink that cancels at its n-th call.
+class Patience : public CProgressSink {
+ public:
+  explicit Patience(int calls) : calls_(calls) {}
+  bool OnProgress(int percent) override {
+    rises &= percent >= last && percent <= 100;
+    last = percent;
+    return --calls_ >= 0;
+  }
+  void SetTask(const char*, int) override { ++tasks; }
+  int GetLeft() const { return calls_; }
+
+  bool rises = true;
+  int last = 0;
+  int tasks = 0;
+
+ private:
+  int calls_;
+};
+
+TEST(SortTable, ACancelledSortLeavesTheTableThatStood) {
+  constexpr int kStations = 700'000;
+  CMadeTable table({made::Normal(kStations, 0, 1), made::Rounded(made::Normal(kStations, 0, 1000), 1)});
+  for (const int field : {0, 1}) {
+    table.Sort(field, 1, nullptr);
+    const int top = table.GetSortedStation(field, 0);
+    Patience patient(1 << 30);
+    table.Sort(field, 0, &patient);
+    const int calls = (1 << 30) - patient.GetLeft();
+    EXPECT_GT(calls, 2) << "it can hardly be cancelled";
+    EXPECT_TRUE(patient.rises);
+    EXPECT_EQ(patient.tasks, 1);
+    table.Sort(field, 1, nullptr);
+    for (int allowed = 0; allowed < calls; ++allowed) {
+      Patience sink(allowed);
+      table.Sort(field, 0, &sink);
+      ASSERT_FALSE(table.IsSorted(field, 0));
+      ASSERT_TRUE(table.IsSorted(field, 1));
+      ASSERT_EQ(table.GetSortedStation(field, 0), top);
+      ASSERT_EQ(sink.GetLeft(), -1) << "asked again after it cancelled";
+    }
+  }
+  CMadeTable small({made::Normal(20'000, 0, 1)});
+  Patience never(0);
+  small.Sort(0, 0, &never);
+  EXPECT_EQ(never.tasks, 0) << "it takes no time";
+  EXPECT_TRUE(small.IsSorted(0, 0));
 }
 
 TEST(SortTable, RefusesPastTheAllowance) {

@@ -382,11 +382,13 @@ TEST(Bivariate, ValuesThatAreNoNumbers) {
 
 struct CountingSink : CProgressSink {
   int allowed = std::numeric_limits<int>::max();
+  int refused = -1;  // one call alone
   std::vector<int> percents;
   std::vector<std::string> tasks;
   bool OnProgress(int percent) override {
     percents.push_back(percent);
-    return static_cast<int>(percents.size()) <= allowed;
+    const int calls = static_cast<int>(percents.size());
+    return calls <= allowed && calls != refused;
   }
   void SetTask(const char* text, int) override { tasks.emplace_back(text); }
 };
@@ -425,6 +427,21 @@ TEST(Bivariate, CancelledRunsCanBeRepeated) {
     EXPECT_EQ(pair.correlation, whole.correlation);
     EXPECT_EQ(pair.rankCorrelation, whole.rankCorrelation);
     EXPECT_EQ(pair.expectationXGivenY, whole.expectationXGivenY);
+  }
+}
+
+TEST(Bivariate, ACancelledPassSkipsWhatNeedsIt) {
+  PairTable table({Shuffled(300, 3, EverySeventh), Shuffled(300, 4, Never)});
+  struct Case {
+    int refused;  // of a hundred calls for the pairs, for either link, and for the correlation
+    int flags;
+  };
+  for (const auto& c : {Case{50, 0}, Case{150, 1 | 4 | 8}, Case{250, 1 | 4 | 8}, Case{350, 1 | 4 | 8}}) {
+    Pair pair(table);
+    CountingSink sink;
+    sink.refused = c.refused;
+    EXPECT_FALSE(pair.Calculate(15, &sink));
+    EXPECT_EQ(pair.GetFlags(0), c.flags) << c.refused;
   }
 }
 

@@ -76,6 +76,7 @@ TEST(BinnedHistogram, ByHand) {
   EXPECT_EQ(histogram.GetCumulative(1.25), 0.1875);
   EXPECT_EQ(histogram.GetCumulative(-3), 0);
   EXPECT_EQ(histogram.GetCumulative(30), 1);
+  EXPECT_EQ(histogram.GetCumulative(kNan), 0);
   EXPECT_EQ(histogram.GetBinIndex(-1e300), 0);
   EXPECT_EQ(histogram.GetBinIndex(1e300), 3);
   EXPECT_EQ(histogram.GetBinIndex(kInf), 3);
@@ -96,6 +97,9 @@ TEST(SortedHistogram, ByHand) {
   EXPECT_EQ(histogram.GetBinIndex(99), 2);
   EXPECT_EQ(histogram.GetCumulative(99), 1);
   EXPECT_EQ(histogram.GetCumulative(2), 3.0 / 14);
+  EXPECT_EQ(histogram.GetCumulative(kNan), 0);
+  EXPECT_EQ(Of({0, 9e10, 1e11, 1.2e11}, kSorted, 2).GetMode(), 1.1e11) << "spreads have no bound";
+  EXPECT_EQ(Of({-kInf, 0, 1, kInf}, kSorted, 2).GetMode(), -kInf) << "the first bin, where none has a finite spread";
 }
 
 TEST(SortedHistogram, BinsHoldEqualCounts) {

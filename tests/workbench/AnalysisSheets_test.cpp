@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTextDocument>
 
 #include "files/NumberText.h"
 #include "gridctrl/GridCtrl.h"
@@ -372,6 +373,32 @@ TEST_F(StatisticsPages, ControlsHaveNamesAndFollowEachOther) {
     }
     EXPECT_EQ(dialog.Page().GetDlgItem(kControlXMean)->accessibleName(), "Valid data range, X, Mean");
   }
+}
+
+// Headings come from files and may look like markup.
+TEST_F(StatisticsPages, HeadingsAreShownAsTheyStand) {
+  const CString names[] = {"<b>Pb & Zn</b>", "<img src='x.png'>\t[*]"};
+  WrittenTable table(0, {{names[0], {1, 2, 3, 4}}, {names[1], {4, 3, 1, 2}}});
+  OpenPage dialog(table, CTallyscope::eBivariate);
+  const QString shown[] = {ToQString(names[0]), "<img src='x.png'> [*]"};
+  for (const auto& [id, row] : {std::pair{kControlXMinimum, 0}, {kControlYMinimum, 1}}) {
+    QTextDocument tip;
+    tip.setHtml(dialog.Page().GetDlgItem(id)->toolTip());
+    EXPECT_EQ(tip.toPlainText(), ToQString(names[row]));
+    for (const int box : {kControlKeyField, kControlAncField}) {
+      EXPECT_EQ(dialog.GetControl<QComboBox>(box)->itemText(row), shown[row]);
+    }
+  }
+  EXPECT_EQ(dialog.GetControl<QLabel>(kControlStatus)->textFormat(), Qt::PlainText);
+  auto& modal = ScriptedModal::Install();
+  QString title;
+  modal.onDialog = [&](CDialog& summary) {
+    summary.Create();
+    title = summary.windowTitle();
+    return kIdOk;
+  };
+  dialog.ProcessMenu(1, 2, kMenuStatistics);
+  EXPECT_EQ(title, "<img src='x.png'> [*][*] - Summary statistics") << "a lone mark would be swallowed";
 }
 
 }  // namespace

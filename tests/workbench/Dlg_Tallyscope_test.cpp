@@ -7,7 +7,10 @@
 #include <QToolButton>
 
 #include "platform/ui/WinApp.h"
+#include "plots/GraphControls.h"
+#include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Univariate.h"
+#include "tests/support/ScriptedModal.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope_Ext.h"
@@ -186,6 +189,100 @@ TEST(Workbench, EscapeAndEnterLeaveTheWindowOpen) {
   QTest::keyClick(&dialog, Qt::Key_Escape);
   QTest::keyClick(&dialog, Qt::Key_Return);
   EXPECT_TRUE(dialog.isVisible());
+}
+
+// A page that goes takes its controls along; the focus must not fall on the window's own buttons.
+TEST(Workbench, TheFocusGoesToTheNewPage) {
+  auto table = SmallTable();
+  OpenWorkbench dialog(table);
+  dialog.Create();
+  dialog.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  const auto plot = [&] { return dialog.GetSheet()->GetActivePage()->GetDlgItem(kGraphFrame); };
+  const struct {
+    const char* name;
+    int focus;  // control that has it before; 0 the plot
+    std::function<void()> act;
+    std::function<QWidget*()> after;
+  } cases[] = {
+      {"push by keys", 0, [&] { QTest::keyClick(&dialog, Qt::Key_Down, Qt::ControlModifier | Qt::ShiftModifier); },
+       plot},
+      {"pop by keys", 0, [&] { QTest::keyClick(&dialog, Qt::Key_Up, Qt::ControlModifier | Qt::ShiftModifier); }, plot},
+      {"push by its button", kControlKeyField,
+       [&] { QTest::mouseClick(dialog.GetDlgItem(kControlPush), Qt::LeftButton); }, plot},
+      {"pop by its button's key", kControlPop, [&] { QTest::keyClick(dialog.GetDlgItem(kControlPop), Qt::Key_Space); },
+       plot},
+      {"another mode, from its box", kControlMode, [&] { dialog.ChooseMode("Bivariate"); },
+       [&] { return dialog.GetDlgItem(kControlMode); }},
+      {"another mode, from the plot", 0, [&] { dialog.ChooseMode("Spatial"); }, plot},
+      {"refreshed, from the spreadsheet", kControlGrid, [&] { dialog.RefreshDialog(true); },
+       [&] { return dialog.GetDlgItem(kControlGrid); }},
+      {"refreshed, from the plot", 0, [&] { dialog.RefreshDialog(true); }, plot},
+      {"a page without a plot", 0,
+       [&] {
+         dialog.ShowPage("Statistics");
+         dialog.GetSheet()->GetActivePage()->GetDlgItem(kControlCopy)->setFocus();
+         dialog.RefreshDialog(true);
+       },
+       [&] { return dialog.GetDlgItem(kControlGrid); }},
+  };
+  dialog.SelectRow(1, 0, 0);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    (c.focus != 0 ? dialog.GetDlgItem(c.focus) : plot())->setFocus();
+    const auto sheets = dialog.started.size();
+    c.act();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return dialog.started.size() > sheets; }));
+    EXPECT_EQ(dialog.focusWidget(), c.after());
+    for (const auto key : {Qt::Key_Space, Qt::Key_Return}) QTest::keyClick(dialog.focusWidget(), key);
+    dialog.GetSpatialCalculator()->ClearAllSelRegion();
+    dialog.SelectRow(1, 0, 0);
+    EXPECT_TRUE(dialog.isVisible());
+  }
+}
+
+// Code of a page may be on the stack while something is open on top of the window.
+TEST(Workbench, WhatTakesAPageDownWaitsForWhatIsOpen) {
+  const struct {
+    const char* name;
+    std::function<void(OpenWorkbench&)> act;
+    std::function<bool(OpenWorkbench&)> isDone;
+  } cases[] = {
+      {"push", [](auto& dialog) { dialog.OnPushData(); },
+       [](auto& dialog) { return dialog.GetData()->GetSize() == 1; }},
+      {"pop", [](auto& dialog) { dialog.OnPopData(); }, [](auto& dialog) { return dialog.GetData()->GetSize() == 5; }},
+      {"pop as a host", [](auto& dialog) { dialog.PopData(); },
+       [](auto& dialog) { return dialog.GetData()->GetSize() == 5; }},
+      {"mode", [](auto& dialog) { dialog.ChooseMode("Spatial"); },
+       [](auto& dialog) { return dialog.GetWindowText() == "Tallyscope - Spatial"; }},
+      {"key field", [](auto& dialog) { dialog.ChooseKey("Zn"); }, [](auto& dialog) { return dialog.GetKeyDim() == 2; }},
+      {"refresh", [](auto& dialog) { dialog.RefreshDialog(true); },
+       [](auto& dialog) { return dialog.started.size() > 2; }},
+      {"end", [](auto& dialog) { dialog.close(); }, [](auto& dialog) { return !dialog.isVisible(); }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    auto table = SmallTable();
+    OpenWorkbench dialog(table);
+    dialog.Create();
+    dialog.show();
+    for (const int row : {0, 2, 3}) dialog.SelectRow(row, 0, 0);
+    dialog.OnPushData();
+    dialog.SelectRow(1, 0, 0);
+    auto& modal = ScriptedModal::Install();
+    modal.onDialog = [&](CDialog&) {
+      const auto* before = dialog.GetSheet();
+      c.act(dialog);
+      QTest::qWait(50);
+      EXPECT_EQ(dialog.GetSheet(), before);
+      EXPECT_FALSE(c.isDone(dialog)) << "still open";
+      return kIdCancel;
+    };
+    dialog.ProcessMenu(1, 1, kMenuStatistics);
+    EXPECT_FALSE(c.isDone(dialog)) << "code that opened it may still run";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return c.isDone(dialog); }));
+    SetModal(nullptr);
+  }
 }
 
 TEST(Workbench, RemembersItsSize) {

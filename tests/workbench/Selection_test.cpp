@@ -5,12 +5,13 @@
 #include <QLabel>
 #include <QTest>
 
+#include "platform/core/Messages.h"
+#include "platform/ui/Menu.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Multivariate.h"
 #include "statistics/Stats_Region.h"
-#include "statistics/Stats_RgnIndexList.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
 #include "workbench/PS_BaseTS.h"
@@ -66,45 +67,6 @@ TEST_F(RowSelection, ClicksAddAndControlRemoves) {
   EXPECT_EQ(Selected(), "3") << "outside the table";
 }
 
-TEST_F(RowSelection, ShiftExtendsFromTheNearestSelectedRow) {
-  const struct {
-    const char* name;
-    std::vector<int> before;
-    int click;
-    const char* after;
-  } cases[] = {
-      {"none selected", {}, 2, "2"},
-      {"one above", {0}, 2, "0 1 2"},
-      {"one below", {4}, 2, "2 3 4"},
-      {"above before below", {0, 4}, 3, "0 3 4 1 2"},
-      {"the nearest above", {0, 1}, 3, "0 1 2 3"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
-    WrittenTable fresh = SmallTable();
-    OpenWorkbench open(fresh);
-    open.Create();
-    for (const int row : c.before) open.SelectRow(row, 0, 0);
-    open.SelectRow(c.click, 1, 0);
-    std::string after = c.after;
-    for (int station = 0; station < 5; ++station) {
-      EXPECT_EQ(open.IsSelectedRow(station), after.find(std::to_string(station)) != std::string::npos) << station;
-    }
-  }
-}
-
-TEST_F(RowSelection, InASortedSpreadsheetPositionsAreTurnedIntoStations) {
-  dialog.SortGridByCol(0, 3, 0, 0);  // Cu descending: stations 2 3 4 0 1
-  Click(0);
-  EXPECT_EQ(Selected(), "2");
-  Click(2, /*shift=*/true);
-  EXPECT_EQ(Selected(), "2 3 4");
-  ASSERT_EQ(LastRegion().GetType(), CStats_Rgn::kIndexList);
-  EXPECT_EQ(dynamic_cast<const CStats_RgnIndexList&>(LastRegion()).stations, (std::vector<int>{2, 3, 4}));
-  Click(1, false, /*control=*/true);
-  EXPECT_EQ(Selected(), "2 4");
-}
-
 TEST_F(RowSelection, ModesOfTheGridAndTheAllowFlag) {
   dialog.GetGrid()->SetSelectRowMode(CTSSelectGridCtrl::eSingle);
   Click(0);
@@ -133,6 +95,35 @@ TEST_F(RowSelection, UndoneGesturesAreDroppedByTheNextOne) {
   EXPECT_EQ(Regions().GetCount(), 1);
   dialog.GetSpatialCalculator()->RestoreLastSelRegion();
   EXPECT_EQ(Selected(), "4");
+}
+
+TEST_F(RowSelection, IsTellingAndRecordingOnceForEachGesture) {
+  for (const char* page : {"Scatter", "Statistics"}) {
+    dialog.ShowPage(page);
+    dialog.refreshed = 0;
+    Click(page[1] == 'c' ? 1 : 3);
+    EXPECT_EQ(dialog.refreshed, 1) << page;
+  }
+  auto* spatial = dialog.GetSpatialCalculator();
+  EXPECT_TRUE(spatial->changed.empty()) << "whoever reads what changed has been told";
+  spatial->ClearLastSelRegion();
+  spatial->RestoreLastSelRegion();
+  for (const auto& changes : spatial->changed) EXPECT_TRUE(changes.empty()) << "recorded for no one";
+  EXPECT_EQ(Selected(), "1 3");
+}
+
+TEST_F(RowSelection, ASpreadsheetWithoutATableTakesNoClick) {
+  Click(0);
+  dialog.ConnectSpreadsheet(nullptr, false);
+  dialog.SendMessage(kMessageRowSelect, 3);
+  dialog.SortGridByCol(1, 3, 0, 0);
+  CMenu menu;
+  dialog.ComposeMenu(&menu, 1, 1);
+  dialog.ProcessMenu(1, 1, kMenuStatistics);
+  EXPECT_FALSE(dialog.IsSelectedRow(0));
+  dialog.ConnectSpreadsheet(&table, true);
+  EXPECT_EQ(Selected(), "0");
+  EXPECT_EQ(dialog.GetGrid()->GetSortColumn(), -1);
 }
 
 TEST_F(RowSelection, ATableOfAnotherSizeShowsNoSelection) {

@@ -117,6 +117,28 @@ TEST_F(Spreadsheet, SortsAgainWhenSomethingElseTurnedTheTable) {
   EXPECT_EQ(dialog.ColumnText(3), "9 7 5 3.5 1.25");
 }
 
+// The histogram's page shows its bins instead, which have nine columns.
+TEST(SpreadsheetSort, IsOfTheSessionsTableAlone) {
+  std::vector<WrittenTable::Column> columns;
+  for (int c = 0; c < 25; ++c) columns.push_back({"c" + std::to_string(c), {3, 1, 2}});
+  WrittenTable table(0, columns);
+  OpenWorkbench dialog(table);
+  dialog.Create();
+  dialog.SortGridByCol(1, 20, 0, 0);
+  for (int times = 0; times < 2; ++times) {
+    dialog.ShowPage("Histogram");
+    EXPECT_NE(dialog.GetSSData(), &table);
+    EXPECT_EQ(dialog.GetGrid()->GetSortColumn(), -1);
+    dialog.Cell(1, 1);
+  }
+  dialog.SetAllowSSSelection(true);
+  dialog.SortGridByCol(0, 2, 0, 0);
+  EXPECT_EQ(dialog.GetTallyscope()->sort.column, 20) << "the bins keep their order";
+  dialog.ShowPage("Statistics");
+  EXPECT_EQ(dialog.ColumnText(20), "1 2 3");
+  EXPECT_EQ(dialog.GetGrid()->GetSortColumn(), 20);
+}
+
 TEST_F(Spreadsheet, AllowingNoSelectionShowsAPlainTable) {
   dialog.SortGridByCol(0, 3, 0, 0);
   dialog.SetAllowSSSelection(false);

@@ -81,6 +81,11 @@ bool OpenWorkbench::HasSheet(CTallyscope::eAnalysisMode mode) const {
   return offersAll || CDlg_Tallyscope::HasSheet(mode);
 }
 
+void OpenWorkbench::ShowSelectedCount() {
+  ++refreshed;
+  CDlg_Tallyscope::ShowSelectedCount();
+}
+
 void OpenWorkbench::CreatePS(int startPage) {
   started.push_back(GetMode());
   CDlg_Tallyscope::CreatePS(startPage);

@@ -55,6 +55,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
   using CDlg_Tallyscope::CreateSC_Variogram;
   using CDlg_Tallyscope::HandleSpreadsheetCE;
   using CDlg_Tallyscope::OnDestroy;
+  using CDlg_Tallyscope::OnPopData;
   using CDlg_Tallyscope::OnPushData;
   using CDlg_Tallyscope::OnSelchangeAncField;
   using CDlg_Tallyscope::OnSelchangeKeyField;
@@ -67,6 +68,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
 
   bool offersAll = false;    // as if every mode had its sheet
   std::vector<int> started;  // modes whose sheet was started
+  int refreshed = 0;         // how often the window's controls were enabled anew
 
   void ChooseMode(const char* name);
   void ChooseKey(const char* name);
@@ -82,6 +84,7 @@ class OpenWorkbench : public CDlg_Tallyscope {
  protected:
   bool HasSheet(CTallyscope::eAnalysisMode mode) const override;
   void CreatePS(int startPage) override;
+  void ShowSelectedCount() override;
 };
 
 }  // namespace tallyscope

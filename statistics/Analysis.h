@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "statistics/Tallyscope.h"
+
+namespace tallyscope {
+
+class CProgressSink;
+
+// Sets a session up for an analysis, for a window, a picture, a report or a script alike: the calculators of the mode,
+// what they compute at the start, and the table's search on the columns in which the mode shows stations.
+//   CTallyscope session;
+//   session.Fill(&table, false);
+//   CAnalysis analysis(session);
+//   if (!analysis.Start(CTallyscope::eBivariate, 0, 3, progress)) return;
+//   analysis.GetBivariate()->correlation ...
+// It keeps nothing itself: what it hands out is the session's, and null where the last start made none of that type.
+class CAnalysis {
+ public:
+  explicit CAnalysis(CTallyscope& session) : session_(session) {}  // not owned
+
+  // Whether a table has the columns for a mode: one for univariate, two for bivariate, two axes for spatial and
+  // variogram. Multivariate has no start of its own.
+  static bool IsPossible(CStats_Data& data, CTallyscope::eAnalysisMode mode);
+
+  // Starts the session's mode on the fields that it remembers for it. False, with nothing done, where the mode isn't
+  // possible or a field doesn't exist; false as well when the sink cancels: what was computed by then stands, and
+  // another start does the rest. A table too large to sort has no rank correlation and no curves, and starts.
+  [[nodiscard]] bool Start(CProgressSink* progress);
+  // The same on other fields. The ancillary one counts in bivariate mode only.
+  [[nodiscard]] bool Start(CTallyscope::eAnalysisMode mode, int key, int ancillary, CProgressSink* progress);
+
+  CTallyscope& GetSession() const { return session_; }
+  CStats_Univariate* GetUnivariate() const;  // of the key field; for fields that exist
+  CStats_Bivariate* GetBivariate() const { return session_.GetBivariate(); }
+  CStats_Multivariate* GetAxes() const { return session_.GetMultivariate(); }  // joint figures of the axes
+  CStats_SampleVariogram* GetVariogram() const;  // of the key field, to be computed on demand
+  CStats_Spatial* GetSelection() const { return session_.GetSpatialCalculator(); }
+
+ private:
+  bool HasFields() const;
+  void Compute(CProgressSink* progress);
+  void ComputeBivariate(CProgressSink* progress);
+  void ComputeAxes(CProgressSink* progress);
+  void SearchBy(int x, int y, int z, int count, CProgressSink* progress);
+
+  CTallyscope& session_;
+};
+
+}  // namespace tallyscope
