@@ -103,7 +103,7 @@ void DrawUprightSizes(CDC& dc, const ModulationLegend& legend, const CRect& room
 
 }  // namespace
 
-ModulationLegend MakeModulationLegend(CUPlotX_Tallyscope& plot) {
+ModulationLegend MakeModulationLegend(const CUPlotX_Tallyscope& plot) {
   ModulationLegend legend;
   if (plot.data == nullptr) return legend;
   if (plot.GetColourModulation().IsOn()) {

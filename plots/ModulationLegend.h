@@ -23,7 +23,8 @@ struct ModulationLegend {
   bool IsEmpty() const { return colourField.empty() && sizeField.empty(); }
 };
 
-ModulationLegend MakeModulationLegend(CUPlotX_Tallyscope& plot);
+// Of a plot that has been prepared.
+ModulationLegend MakeModulationLegend(const CUPlotX_Tallyscope& plot);
 
 // Beside a picture: a bar from the bottom up with round values at its ticks, and the five sizes below it.
 int GetLegendRoom(const ModulationLegend& legend);

@@ -46,12 +46,9 @@ constexpr ToolState kToolStates[] = {
 
 }  // namespace
 
-CPP_Base_Graph::CPP_Base_Graph(int templateId, const CString& caption) : CPP_BaseTS(templateId, caption) {
-  container_.page = this;
-}
+CPP_Base_Graph::CPP_Base_Graph(int templateId, const CString& caption) : CPP_BaseTS(templateId, caption) {}
 
 CPP_Base_Graph::~CPP_Base_Graph() {
-  container_.page = nullptr;
   container_.SetWindow(nullptr);
 }
 
@@ -120,7 +117,8 @@ void CPP_Base_Graph::FinishInitialise() {
 
 void CPP_Base_Graph::PrePSFinalise() {
   if (!IsCreated()) return;
-  container_.SetWindow(canvas_);
+  container_.SetWindow(this);
+  container_.SetClientSize({canvas_->width(), canvas_->height()});
   if (container_.GetPlotCount() == 0) container_.AddPlot(GetPlot(), true);
   ConnectPlot();
   if (!resetView) RestoreView();
@@ -216,7 +214,17 @@ std::intptr_t CPP_Base_Graph::OnMessage(unsigned message, std::uintptr_t wParam,
   return CPP_BaseTS::OnMessage(message, wParam, lParam);
 }
 
-void CPP_Base_Graph::OnSelectionChanged() {
+void CPP_Base_Graph::OnRedraw(bool all) {
+  if (!all) return canvas_->update();
+  container_.Prepare(nullptr);
+  canvas_->InvalidateKept();
+}
+
+void CPP_Base_Graph::OnViewChanged() {
+  SetDataChanged(1, 1);
+}
+
+void CPP_Base_Graph::OnSelectionMade() {
   if (GetDlg() == nullptr) return;
   GetDlg()->update();
   GetDlg()->GetGrid()->Invalidate();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "outside/plot/PlotCanvas.h"
+#include "outside/plot/PlotListener.h"
 #include "plots/UPlotX_Container_Tallyscope.h"
 #include "workbench/PP_BaseTS.h"
 
@@ -16,7 +17,7 @@ class CUPlotX_Tallyscope;
 // Base of every page that holds a plot: the canvas, its column of tools, the modulation fields, the rule for coming
 // back to the view that was left. A concrete page holds its plot by value and, in Initialise after this class's, hides
 // what it has no use for, sets the zoom axes, titles and extents of the plot, and ends with FinishInitialise.
-class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput {
+class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput, public CPlotListener {
  public:
   CPP_Base_Graph(int templateId, const CString& caption);
   ~CPP_Base_Graph() override;
@@ -68,8 +69,11 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput {
   bool IsPerceptual() const;
   void SetPerceptual(bool on);
 
-  // Called by the plot when the selection has changed: the window repaints, the controls follow.
-  void OnSelectionChanged();
+  // What the container tells: the spreadsheet, the status line and the controls follow.
+  void OnRedraw(bool all) override;
+  void OnViewChanged() override;
+  void OnHovered(int index) override;
+  void OnSelectionMade() override;
 
   // The canvas's input.
   void OnLButtonDown(CPoint point) override;
@@ -126,7 +130,6 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput {
   void OnSelchangeFieldCol();
   void OnSelchangeFieldSize();
 
-  void LinkSpreadsheet();
   void ShowGlance(CPoint point);
   void ClearGlance();
   void StepHover(int by);

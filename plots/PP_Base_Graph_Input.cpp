@@ -26,17 +26,13 @@ void CPP_Base_Graph::OnLButtonDown(CPoint point) {
   if (plot == nullptr) return;
   const auto hit = plot->GetHitArea(point);
   ClearGlance();
+  GetDlg()->ShowStatus("");
   if (hit != CUPlotX::eNone) container_.OnLButtonDown(point);
-  if (hit == CUPlotX::eData) LinkSpreadsheet();
 }
 
 void CPP_Base_Graph::OnMouseMove(CPoint point, bool pressed) {
   container_.OnMouseMove(point, pressed);
-  if (pressed) {
-    LinkSpreadsheet();
-  } else {
-    ShowGlance(point);
-  }
+  if (!pressed) ShowGlance(point);
 }
 
 void CPP_Base_Graph::OnLButtonUp(CPoint point) {
@@ -59,7 +55,6 @@ void CPP_Base_Graph::OnRButtonDown(CPoint point) {
 
 void CPP_Base_Graph::OnWheel(CPoint point, double steps) {
   container_.OnWheel(point, steps);
-  SetDataChanged(1, 1);
 }
 
 void CPP_Base_Graph::OnLeave() {
@@ -68,9 +63,9 @@ void CPP_Base_Graph::OnLeave() {
 }
 
 // The station that a gesture is on shows in the spreadsheet and in the status line.
-void CPP_Base_Graph::LinkSpreadsheet() {
+void CPP_Base_Graph::OnHovered(int hover) {
   auto* dialog = GetDlg();
-  const int hover = GetPlot()->hover;
+  if (dialog == nullptr) return;
   const int before = dialog->GetHoverStation();
   if (hover >= 0 && dialog->GetSSData() != nullptr && hover < dialog->GetSSData()->GetSize()) {
     dialog->SetHoverStation(hover);
@@ -153,7 +148,6 @@ bool CPP_Base_Graph::OnKey(QKeyEvent* event) {
     case Qt::Key_Escape: {
       CPoint nowhere;
       if (!container_.CancelStep() && GetPlot()->hover >= 0) GetPlot()->CancelSelect(nowhere, true);
-      LinkSpreadsheet();
       return true;
     }
     case Qt::Key_Return:
@@ -222,8 +216,6 @@ void CPP_Base_Graph::GoToHover(int index) {
       container_.Invalidate();
     }
   }
-  container_.InvalidateOver();
-  LinkSpreadsheet();
 }
 
 void CPP_Base_Graph::SelectHover() {

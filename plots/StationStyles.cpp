@@ -16,7 +16,7 @@ constexpr long long kReadAllPart = 4;  // from a fourth of the stations on, read
 
 }  // namespace
 
-StationStyles::StationStyles(CUPlotX_Tallyscope& plot, Nulls nulls, long long expected)
+StationStyles::StationStyles(const CUPlotX_Tallyscope& plot, Nulls nulls, long long expected)
     : data_(*plot.data),
       hidesNulls_(nulls == Nulls::kHidden),
       colourDim_(plot.colourDim),

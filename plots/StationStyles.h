@@ -23,9 +23,9 @@ class StationStyles {
     kHidden  // it isn't drawn
   };
 
-  // Makes the modulations' ranges first where they are wanted. The plot has its data, and will be asked for about
-  // `expected` stations: for many, the fields are read from end to end at once.
-  StationStyles(CUPlotX_Tallyscope& plot, Nulls nulls, long long expected);
+  // The plot has its data and is prepared, and will be asked for about `expected` stations: for many, the fields are
+  // read from end to end at once.
+  StationStyles(const CUPlotX_Tallyscope& plot, Nulls nulls, long long expected);
   StationStyles(const StationStyles&) = delete;
   StationStyles& operator=(const StationStyles&) = delete;
 

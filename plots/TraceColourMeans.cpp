@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "platform/core/WideVectors.h"
+#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 
 namespace tallyscope {
@@ -61,18 +62,27 @@ TraceColourMeans::Sum TraceColourMeans::Add(int first, int count) {
   return sum;
 }
 
+const TraceColourMeans::Sum& TraceColourMeans::GetSum(int chunk) {
+  auto& kept = sums_[static_cast<std::size_t>(chunk)];
+  if (kept.count < 0) kept = Add(chunk * kChunk, kChunk);
+  return kept;
+}
+
+bool TraceColourMeans::Fill(CProgressSink* progress) {
+  const int chunks = static_cast<int>(sums_.size());
+  StationProgress reports(progress, chunks * kChunk);
+  for (int chunk = 0; chunk < chunks; ++chunk) {
+    GetSum(chunk);
+    if (!reports.ReportRun(chunk * kChunk, kChunk)) return false;
+  }
+  return true;
+}
+
 double TraceColourMeans::GetMean(int begin, int end) {
   Sum sum{0, 0};
   for (int at = begin; at < end;) {
     const int count = std::min(end - at, kChunk - at % kChunk);
-    Sum part;
-    if (count == kChunk) {
-      auto& kept = sums_[static_cast<std::size_t>(at / kChunk)];
-      if (kept.count < 0) kept = Add(at, count);
-      part = kept;
-    } else {
-      part = Add(at, count);
-    }
+    const Sum part = count == kChunk ? GetSum(at / kChunk) : Add(at, count);
     sum.total += part.total;
     sum.count += part.count;
     at += count;

@@ -7,6 +7,7 @@
 
 namespace tallyscope {
 
+class CProgressSink;
 class CStats_Data;
 
 // The mean of a second field over runs of those stations that a trace shows: what a column of many stations is coloured
@@ -18,6 +19,11 @@ class TraceColourMeans {
 
   // Connect the trace to `data` and `dim` first.
   void Connect(CStats_Data* data, int dim, int colourDim);
+  bool IsConnected(const CStats_Data* data, int dim, int colourDim) const {
+    return data == data_ && dim == dim_ && colourDim == colourDim_;
+  }
+  // As TraceReducer::Fill.
+  bool Fill(CProgressSink* progress);
 
   // Over the stations from `begin` to before `end`; NaN where none has both values.
   double GetMean(int begin, int end);
@@ -30,6 +36,7 @@ class TraceColourMeans {
     double count = -1;  // not read yet
   };
 
+  const Sum& GetSum(int chunk);
   Sum Add(int first, int count);
   static void AddUp(const double* values, const double* colours, int count, Sum& sum);
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "platform/core/WideVectors.h"
+#include "statistics/StationBlocks.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/bvector.h"
 
@@ -91,7 +92,7 @@ bool HasAllBits(const bvector& bits, int begin, int end) {
 }
 
 double GetMiddle(double a, double b, const AxisMap& axis) {
-  return axis.IsLogarithmic() ? axis.ToWorld((axis.ToData(a) + axis.ToData(b)) / 2) : (a + b) / 2;
+  return axis.IsLogarithmic() ? axis.ToWorld((axis.ToData(a) + axis.ToData(b)) / 2) : a / 2 + b / 2;
 }
 
 }  // namespace
@@ -121,6 +122,15 @@ void TraceReducer::Read(int first, int count, double* values) {
   const int good = data_->ReadValues(dim_, begin, end - begin, inside, valid_.data());
   if (good < end - begin) MarkNulls(inside, valid_.data(), end - begin);
   MarkInfinities(inside, end - begin);
+}
+
+bool TraceReducer::Fill(CProgressSink* progress) {
+  StationProgress reports(progress, size_);
+  for (int chunk = 0; chunk < static_cast<int>(ranges_.size()); ++chunk) {
+    GetRange(chunk);
+    if (!reports.ReportRun(chunk * kChunk, kChunk)) return false;
+  }
+  return true;
 }
 
 double TraceReducer::ReadOne(int station) {

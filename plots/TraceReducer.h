@@ -8,6 +8,7 @@
 
 namespace tallyscope {
 
+class CProgressSink;
 class CStats_Data;
 class bvector;
 
@@ -37,6 +38,9 @@ class TraceReducer {
 
   // Takes a column of a table; what is kept stays if it is the same as before.
   void Connect(CStats_Data* data, int dim);
+  bool IsConnected(const CStats_Data* data, int dim) const { return data == data_ && dim == dim_; }
+  // Reads all chunks that have not been read. False after a cancel; what is missing is read when it is asked for.
+  bool Fill(CProgressSink* progress);
   int GetSize() const { return size_; }
 
   // Values of `count` stations from `first`, NaN for nulls and for what lies outside the table.

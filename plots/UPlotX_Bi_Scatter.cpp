@@ -7,6 +7,7 @@
 
 #include "outside/plot/Span.h"
 #include "platform/core/StringTable.h"
+#include "plots/CancelNote.h"
 #include "plots/LegendEntry.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"
@@ -59,21 +60,6 @@ void DrawCurve(CDC& dc, std::span<const DrawPoint> points) {
   }
 }
 
-// The binned histogram's quantiles of an item, by the statistics that the calculator shares if it has any.
-std::vector<double> ReadQuantiles(CStats_Bivariate& pair, int item, CStats_Univariate* shared) {
-  CStats_Univariate own;
-  if (shared == nullptr) {
-    own.Add(pair.GetItemData(item), pair.GetItemDim(item));
-    shared = &own;
-  }
-  shared->Calculate(kBinnedFlag, nullptr);
-  std::vector<double> quantiles;
-  for (int percent = 5; percent <= 95; percent += 5) {
-    quantiles.push_back(shared->binnedHistogram.GetPercentile(percent / 100.0));
-  }
-  return quantiles;
-}
-
 }  // namespace
 
 CUPlotX_Bi_Scatter::CUPlotX_Bi_Scatter() {
@@ -109,9 +95,34 @@ void CUPlotX_Bi_Scatter::TakeExtents() {
   extents = {{pair->xMinimum, pair->yMinimum, 0}, {pair->xMaximum, pair->yMaximum, 1}, 1};
 }
 
-CString CUPlotX_Bi_Scatter::GetEmptyReason() {
-  Fields fields;
-  return GetFields(fields) ? GetEmptyReasonOf(fields) : CString();
+bool CUPlotX_Bi_Scatter::Prepare(CProgressSink* progress) {
+  if (!CUPlotX_Scatter::Prepare(progress)) return false;
+  auto* pair = GetPair();
+  if (pair == nullptr) return true;
+  CancelNote note(progress);
+  pair->Calculate(kCurveFlags, note.GetSink());
+  if (!note.IsCancelled()) PrepareQuantiles(*pair, 0, pair->xLink, xQuantiles_, note);
+  if (!note.IsCancelled()) PrepareQuantiles(*pair, 1, pair->yLink, yQuantiles_, note);
+  return !note.IsCancelled();
+}
+
+// By the statistics that the calculator shares if it has any; else by statistics of their own, once.
+void CUPlotX_Bi_Scatter::PrepareQuantiles(CStats_Bivariate& pair, int item, CStats_Univariate* shared,
+                                          Quantiles& quantiles, CancelNote& note) {
+  CStats_Data* data = pair.GetItemData(item);
+  const int dim = pair.GetItemDim(item);
+  if (shared == nullptr && quantiles.data == data && quantiles.dim == dim) return;
+  CStats_Univariate own;
+  if (shared == nullptr) {
+    own.Add(data, dim);
+    shared = &own;
+  }
+  shared->Calculate(kBinnedFlag, note.GetSink());
+  if (note.IsCancelled()) return;
+  quantiles = {data, dim, {}};
+  for (int percent = 5; percent <= 95; percent += 5) {
+    quantiles.values.push_back(shared->binnedHistogram.GetPercentile(percent / 100.0));
+  }
 }
 
 void CUPlotX_Bi_Scatter::RenderLayer(CDC& dc) {
@@ -147,22 +158,19 @@ std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeExpectation(const CStats_Bivariat
   return points;
 }
 
-std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeQuantiles(CStats_Bivariate& pair) const {
-  const auto xs = ReadQuantiles(pair, 0, pair.xLink);
-  const auto ys = ReadQuantiles(pair, 1, pair.yLink);
+std::vector<DrawPoint> CUPlotX_Bi_Scatter::MakeQuantiles() const {
   std::vector<DrawPoint> points;
-  for (std::size_t i = 0; i < xs.size(); ++i) {
-    const XVector place = World2Device(xs[i], ys[i]);
+  const std::size_t count = std::min(xQuantiles_.values.size(), yQuantiles_.values.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    const XVector place = World2Device(xQuantiles_.values[i], yQuantiles_.values[i]);
     points.push_back({place[0], place[1]});
   }
   return points;
 }
 
 void CUPlotX_Bi_Scatter::RenderCurves(CDC& dc) {
-  auto* pair = GetPair();
-  if (pair == nullptr) return;
-  pair->Calculate(kCurveFlags, nullptr);
-  if (pair->valid == 0) return;
+  const auto* pair = GetPair();
+  if (pair == nullptr || pair->valid == 0) return;
   DrawClip clip(dc, Clip2Data());
   const DrawRect near = ToDrawRect(GetFrame().Grown(static_cast<int>(kMarkerRoom)));
   const auto draw = [&](const CurveLook& look, const std::vector<DrawPoint>& points) {
@@ -175,7 +183,7 @@ void CUPlotX_Bi_Scatter::RenderCurves(CDC& dc) {
   };
   draw(kRegression, MakeRegression(*pair));
   draw(kExpectation, MakeExpectation(*pair));
-  draw(kQuantiles, MakeQuantiles(*pair));
+  draw(kQuantiles, MakeQuantiles());
 }
 
 void CUPlotX_Bi_Scatter::RenderLegend(CDC& dc) {

@@ -5,13 +5,9 @@
 
 namespace tallyscope {
 
-class CPP_Base_Graph;
-
-// The container of the workbench's plots: with settings, and with the page that its plots tell of changes.
+// The container of the workbench's plots: with cursors of its own, and settings.
 class CUPlotX_Container_Tallyscope : public CUPlotX_Container {
  public:
-  CPP_Base_Graph* page = nullptr;  // null where a picture is drawn without a window
-
   QCursor ShowZoomInCursor() const override;
   QCursor ShowZoomOutCursor() const override;
   QCursor ShowPanCursor() const override;

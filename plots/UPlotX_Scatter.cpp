@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "outside/plot/UPlotX_Container.h"
+#include "plots/CancelNote.h"
 #include "plots/DeviceAxis.h"
 #include "plots/MarkQueue.h"
 #include "plots/PolygonThinning.h"
@@ -41,19 +42,43 @@ int CUPlotX_Scatter::GetStationCount() const {
   return data != nullptr ? data->GetSize() : 0;
 }
 
-CStats_PointSearch* CUPlotX_Scatter::PrepareSearch() {
+CStats_PointSearch* CUPlotX_Scatter::PrepareSearch(CProgressSink* progress) {
   Fields fields;
   if (!GetFields(fields)) return nullptr;
   CStats_PointSearch* search = data->GetPointSearch();
   if (search == nullptr) return nullptr;
   search->SetFields(fields.x, fields.y, -3, 2);
-  return data->PreparePointSearch(nullptr) && search->IsPartitioned() ? search : nullptr;
+  return data->PreparePointSearch(progress) && search->IsPartitioned() ? search : nullptr;
+}
+
+CStats_PointSearch* CUPlotX_Scatter::GetPreparedSearch() const {
+  Fields fields;
+  if (!GetFields(fields)) return nullptr;
+  CStats_PointSearch* search = data->GetPointSearch();
+  if (search == nullptr || !search->IsPartitioned() || search->GetDimensions() != 2) return nullptr;
+  return search->GetFieldX() == fields.x && search->GetFieldY() == fields.y ? search : nullptr;
+}
+
+bool CUPlotX_Scatter::Prepare(CProgressSink* progress) {
+  if (!CUPlotX_Tallyscope::Prepare(progress)) return false;
+  Fields fields;
+  if (!GetFields(fields)) {
+    looked_ = {};
+    emptyReason_ = GetNoPlaneReason();
+    return true;
+  }
+  const Looked now{data, fields, GetStationCount()};
+  if (!(looked_ == now)) emptyReason_ = FindEmptyReason(fields);
+  looked_ = now;
+  CancelNote note(progress);
+  PrepareSearch(note.GetSink());
+  return !note.IsCancelled();
 }
 
 // Drawing.
 
 void CUPlotX_Scatter::RenderStations(CDC& dc) {
-  CStats_PointSearch* search = PrepareSearch();
+  CStats_PointSearch* search = GetPreparedSearch();
   if (search == nullptr) return;
   DrawClip clip(dc, Clip2Data());
   StationWalk walk(*search, Rect2World(dc.GetClientRect().Grown(1)));
@@ -107,7 +132,7 @@ void CUPlotX_Scatter::RenderPlus(CDC& dc, double x, double y, double width) {
 // Picking.
 
 int CUPlotX_Scatter::GetClosestStation(const XVector& world, CSize tolerance) {
-  CStats_PointSearch* search = PrepareSearch();
+  CStats_PointSearch* search = PrepareSearch(nullptr);
   if (search == nullptr) return kNoStation;
   const XVector at = World2Device(world[0], world[1]);
   const DeviceAxis toX(*this, 0);
@@ -143,7 +168,7 @@ void CUPlotX_Scatter::Pick(CPoint point) {
   hoverY = world[1];
   hover = GetClosestStation(world, kPickTolerance);
   if (SnapsToStation()) GetPlace(hover, hoverX, hoverY);
-  InvalidateHover();
+  TellHovered();
 }
 
 bool CUPlotX_Scatter::Select(CPoint& point, bool) {
@@ -159,7 +184,7 @@ bool CUPlotX_Scatter::SelectMove(CPoint& point, bool include) {
 
 bool CUPlotX_Scatter::CancelSelect(CPoint&, bool) {
   hover = kResting;
-  InvalidateHover();
+  TellHovered();
   return true;
 }
 
@@ -171,7 +196,7 @@ int CUPlotX_Scatter::GetHoverCount() const {
 void CUPlotX_Scatter::SetHover(int index) {
   hover = index;
   GetPlace(index, hoverX, hoverY);
-  InvalidateHover();
+  TellHovered();
 }
 
 bool CUPlotX_Scatter::GetPlace(int station, double& x, double& y) {

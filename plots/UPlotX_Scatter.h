@@ -19,7 +19,9 @@ class CUPlotX_Scatter : public CUPlotX_Tallyscope {
   // ones the first that the search yields. -1 for none.
   int GetClosestStation(const XVector& world, CSize tolerance);
 
+  bool Prepare(CProgressSink* progress) override;  // the search too
   void RenderHover(CDC& dc) override;
+  CString GetEmptyReason() override { return emptyReason_; }
   bool Select(CPoint& point, bool include) override;
   bool SelectMove(CPoint& point, bool include) override;
   bool CancelSelect(CPoint& point, bool include) override;
@@ -37,6 +39,7 @@ class CUPlotX_Scatter : public CUPlotX_Tallyscope {
   struct Fields {
     int x = 0;  // dims
     int y = 0;
+    bool operator==(const Fields&) const = default;
   };
 
   // The fields of the plane; false while there are none. Both are columns of the table then.
@@ -48,14 +51,27 @@ class CUPlotX_Scatter : public CUPlotX_Tallyscope {
 
   bool HasColumns(const Fields& fields) const;
   void RenderStations(CDC& dc);
-  // Why no station has a place; empty when one has.
-  CString GetEmptyReasonOf(const Fields& fields);
+  // Where there is no plane.
+  virtual CString GetNoPlaneReason() const { return {}; }
 
  private:
-  CStats_PointSearch* PrepareSearch();
+  // What has been looked through for a station with a place.
+  struct Looked {
+    CStats_Data* data = nullptr;
+    Fields fields;
+    int stations = -1;
+    bool operator==(const Looked&) const = default;
+  };
+
+  CStats_PointSearch* PrepareSearch(CProgressSink* progress);
+  CStats_PointSearch* GetPreparedSearch() const;  // null where it isn't there, or answers for another plane
+  CString FindEmptyReason(const Fields& fields) const;
   void Pick(CPoint point);
   void RenderPlus(CDC& dc, double x, double y, double width);
   bool AddRegion(std::unique_ptr<CStats_Rgn> region, bool include);
+
+  Looked looked_;
+  CString emptyReason_;
 };
 
 }  // namespace tallyscope

@@ -59,7 +59,7 @@ CString CUPlotX_Scatter::Describe(int station) {
 }
 
 // The first station with a place ends the search, so this is quick wherever there is something to show.
-CString CUPlotX_Scatter::GetEmptyReasonOf(const Fields& fields) {
+CString CUPlotX_Scatter::FindEmptyReason(const Fields& fields) const {
   TextColumns columns(*data, {fields.x, fields.y});
   bool hasX = false;
   bool hasY = false;

@@ -46,10 +46,4 @@ void CUPlotX_St_Scatter::RenderLayer(CDC& dc) {
   if (IsReady()) RenderStations(dc);
 }
 
-CString CUPlotX_St_Scatter::GetEmptyReason() {
-  Fields fields;
-  if (!GetFields(fields)) return "The table has no X and Y";
-  return GetEmptyReasonOf(fields);
-}
-
 }  // namespace tallyscope

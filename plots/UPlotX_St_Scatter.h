@@ -15,11 +15,11 @@ class CUPlotX_St_Scatter : public CUPlotX_Scatter {
   void TakeExtents();
 
   void RenderLayer(CDC& dc) override;
-  CString GetEmptyReason() override;
 
  protected:
   bool GetFields(Fields& fields) const override;
   StationStyles::Nulls GetNulls() const override { return StationStyles::Nulls::kHidden; }
+  CString GetNoPlaneReason() const override { return "The table has no X and Y"; }
   bool SnapsToStation() const override { return false; }  // the mark finds the station when it is drawn
 };
 

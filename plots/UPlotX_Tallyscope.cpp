@@ -4,9 +4,8 @@
 #include "outside/colour/ColourTables.h"
 #include "outside/plot/UPlotX_Container.h"
 #include "platform/ui/WinApp.h"
+#include "plots/CancelNote.h"
 #include "plots/ModulationLegend.h"
-#include "plots/PP_Base_Graph.h"
-#include "plots/UPlotX_Container_Tallyscope.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_RgnIndexRange.h"
@@ -18,11 +17,6 @@ namespace tallyscope {
 namespace {
 
 constexpr const char* kSection = "UPlotXControls";
-
-CPP_Base_Graph* GetPage(const CUPlotX& plot) {
-  const auto* container = dynamic_cast<CUPlotX_Container_Tallyscope*>(plot.GetContainer());
-  return container != nullptr ? container->page : nullptr;
-}
 
 // The six ends of a box under `prefix` and these letters.
 struct BoxKey {
@@ -78,8 +72,8 @@ void CUPlotX_Tallyscope::ClearAllSelRegion() {
 }
 
 void CUPlotX_Tallyscope::TellSelectionChanged() {
-  if (GetContainer() != nullptr) GetContainer()->Invalidate();
-  if (auto* page = GetPage(*this)) page->OnSelectionChanged();
+  TakeSelection();
+  if (GetContainer() != nullptr) GetContainer()->TellSelectionMade();
 }
 
 const bvector* CUPlotX_Tallyscope::GetShownSelection() const {
@@ -121,26 +115,32 @@ void CUPlotX_Tallyscope::SetSizeDim(int index) {
   sizeRanged_ = {};
 }
 
-void CUPlotX_Tallyscope::PrepareRange(int dim, double& low, double& high, Ranged& ranged) {
-  const Ranged now{data, dim};
-  if (dim == kNoDim || data == nullptr || high >= low || ranged == now) return;
-  ranged = now;
-  CStats_Univariate figures;
-  figures.Add(data, dim);
-  figures.Calculate(1, nullptr);
-  low = figures.minimum;
-  high = figures.maximum;
+bool CUPlotX_Tallyscope::Prepare(CProgressSink* progress) {
+  return PrepareRange(colourDim, colourLow, colourHigh, colourRanged_, progress) &&
+         PrepareRange(sizeDim, sizeLow, sizeHigh, sizeRanged_, progress);
 }
 
-ColourModulation CUPlotX_Tallyscope::GetColourModulation() {
+bool CUPlotX_Tallyscope::PrepareRange(int dim, double& low, double& high, Ranged& ranged, CProgressSink* progress) {
+  const Ranged now{data, dim};
+  if (dim == kNoDim || data == nullptr || high >= low || ranged == now) return true;
+  CStats_Univariate figures;
+  figures.Add(data, dim);
+  CancelNote note(progress);
+  figures.Calculate(1, note.GetSink());
+  if (note.IsCancelled()) return false;
+  ranged = now;
+  low = figures.minimum;
+  high = figures.maximum;
+  return true;
+}
+
+ColourModulation CUPlotX_Tallyscope::GetColourModulation() const {
   if (colourDim == kNoDim) return {};
-  PrepareRange(colourDim, colourLow, colourHigh, colourRanged_);
   return {colourLow, colourHigh, colourTable};
 }
 
-SizeModulation CUPlotX_Tallyscope::GetSizeModulation() {
+SizeModulation CUPlotX_Tallyscope::GetSizeModulation() const {
   if (sizeDim == kNoDim) return {};
-  PrepareRange(sizeDim, sizeLow, sizeHigh, sizeRanged_);
   return {sizeLow, sizeHigh};
 }
 
@@ -189,8 +189,13 @@ CString CUPlotX_Tallyscope::DescribeStation(int station, std::vector<int> dims) 
   return tallyscope::DescribeStation(*data, station, dims);
 }
 
-void CUPlotX_Tallyscope::InvalidateHover() {
-  if (GetContainer() != nullptr) GetContainer()->InvalidateOver();
+void CUPlotX_Tallyscope::SetHover(int index) {
+  hover = index;
+  TellHovered();
+}
+
+void CUPlotX_Tallyscope::TellHovered() {
+  if (GetContainer() != nullptr) GetContainer()->TellHovered(hover);
 }
 
 COLORREF CUPlotX_Tallyscope::ForPaper(COLORREF colour) const {

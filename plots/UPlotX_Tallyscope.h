@@ -18,7 +18,7 @@ class CStats_Rgn;
 class CStats_Spatial;
 
 // Base of the workbench's plots: what they read (the session's calculators and table, none of them owned), colour and
-// size modulation by a field, the selection and its gestures.
+// size modulation by a field, the selection and its gestures. Where something happens they tell their container.
 class CUPlotX_Tallyscope : public CUPlotX {
  public:
   CUPlotX_Tallyscope();
@@ -36,7 +36,7 @@ class CUPlotX_Tallyscope : public CUPlotX {
 
   int colourDim = kNoDim;
   std::vector<COLORREF> colourTable;  // 256
-  double colourLow = 0;               // range of the colour dim; high below low: not yet computed
+  double colourLow = 0;               // range of the colour dim, which Prepare makes; high below low: not made
   double colourHigh = -1;
   int sizeDim = kNoDim;
   double sizeLow = 0;
@@ -61,17 +61,18 @@ class CUPlotX_Tallyscope : public CUPlotX {
   // The bit vector to draw by; null while the selection isn't shown.
   const bvector* GetShownSelection() const;
 
-  // Modulation of this drawing; makes the ranges first where they are wanted. `on` is false without a dim, or when all
-  // values are equal.
-  ColourModulation GetColourModulation();
-  SizeModulation GetSizeModulation();
+  bool Prepare(CProgressSink* progress) override;
+
+  // Modulation of this drawing: off without a dim, before its range is made, or when all values are equal.
+  ColourModulation GetColourModulation() const;
+  SizeModulation GetSizeModulation() const;
 
   // Picking without a gesture: for the resting pointer and the keyboard.
   // Index under a point of the client area; -1 nothing near.
   virtual int PickAt(CPoint /*point*/) { return -1; }
   virtual int GetHoverCount() const { return 0; }  // how many indices the arrow keys walk through
   // Puts the hover mark on an index, as a pick on it would.
-  virtual void SetHover(int index) { hover = index; }
+  virtual void SetHover(int index);
   // World, where an index stands; false where it has no place (a null).
   virtual bool GetPlace(int /*index*/, double& /*x*/, double& /*y*/) { return false; }
   // A sentence for the status line: "station 37: x 181072, y 333611, zinc 1022".
@@ -96,8 +97,10 @@ class CUPlotX_Tallyscope : public CUPlotX {
   CString DescribeStation(int station, std::vector<int> dims);
   // Whether the figures a plot stands on are there.
   bool IsReady() const { return calculator != nullptr && spatial != nullptr && data != nullptr; }
-  // Tells the window: the hover mark has moved.
-  void InvalidateHover();
+  // Tells that the hover mark has moved.
+  void TellHovered();
+  // After a change of the selection, before it is told.
+  virtual void TakeSelection() {}
 
  private:
   // A field that has been looked through for a range: one without numbers leaves none, and isn't looked through again.
@@ -107,8 +110,8 @@ class CUPlotX_Tallyscope : public CUPlotX {
     bool operator==(const Ranged&) const = default;
   };
 
-  // Fills a range (low, high) by the minimum and maximum of the dim, unless it stands.
-  void PrepareRange(int dim, double& low, double& high, Ranged& ranged);
+  // Fills a range (low, high) by the minimum and maximum of the dim, unless it stands. False after a cancel.
+  bool PrepareRange(int dim, double& low, double& high, Ranged& ranged, CProgressSink* progress);
   int DimFromModulation(int index) const;
   void TellSelectionChanged();
 

@@ -117,26 +117,6 @@ void CUPlotX_Uni_Histogram::ResetSelCount() {
   }
 }
 
-void CUPlotX_Uni_Histogram::AddSelRegion(std::unique_ptr<CStats_Rgn> region) {
-  CUPlotX_Tallyscope::AddSelRegion(std::move(region));
-  ResetSelCount();
-}
-
-void CUPlotX_Uni_Histogram::RestoreLastSelRegion() {
-  CUPlotX_Tallyscope::RestoreLastSelRegion();
-  ResetSelCount();
-}
-
-void CUPlotX_Uni_Histogram::ClearLastSelRegion() {
-  CUPlotX_Tallyscope::ClearLastSelRegion();
-  ResetSelCount();
-}
-
-void CUPlotX_Uni_Histogram::ClearAllSelRegion() {
-  CUPlotX_Tallyscope::ClearAllSelRegion();
-  ResetSelCount();
-}
-
 // Gestures.
 
 double CUPlotX_Uni_Histogram::GetBinWidth() const {
@@ -154,7 +134,7 @@ bool CUPlotX_Uni_Histogram::PutHover(CPoint point) {
   const int bin = GetBinAt(point);
   if (bin < 0) return false;
   hover = bin;
-  InvalidateHover();
+  TellHovered();
   return true;
 }
 
@@ -168,7 +148,7 @@ bool CUPlotX_Uni_Histogram::SelectMove(CPoint& point, bool) {
 
 bool CUPlotX_Uni_Histogram::CancelSelect(CPoint&, bool) {
   hover = -1;
-  InvalidateHover();
+  TellHovered();
   return true;
 }
 

@@ -37,11 +37,6 @@ class CUPlotX_Uni_Histogram : public CUPlotX_Tallyscope {
   bool CancelSelect(CPoint& point, bool include) override;
   bool Select(CRect& rect, bool include) override;
 
-  void AddSelRegion(std::unique_ptr<CStats_Rgn> region) override;
-  void RestoreLastSelRegion() override;
-  void ClearLastSelRegion() override;
-  void ClearAllSelRegion() override;
-
   int PickAt(CPoint point) override;
   int GetHoverCount() const override;
   bool GetPlace(int index, double& x, double& y) override;
@@ -50,6 +45,9 @@ class CUPlotX_Uni_Histogram : public CUPlotX_Tallyscope {
   // Takes them out where all are selected. Null for an empty bin.
   std::unique_ptr<CStats_Rgn> MakeRegionOf(int index) override;
   CString GetDataText() override;
+
+ protected:
+  void TakeSelection() override { ResetSelCount(); }
 
  private:
   // How the bars stand in this view.

@@ -76,6 +76,20 @@ CString CUPlotX_Uni_Scatter::GetEmptyReason() {
 
 // Drawing.
 
+bool CUPlotX_Uni_Scatter::IsColoured() const {
+  return GetColourModulation().IsOn();
+}
+
+bool CUPlotX_Uni_Scatter::Prepare(CProgressSink* progress) {
+  if (!CUPlotX_Tallyscope::Prepare(progress)) return false;
+  if (!HasItem()) return true;
+  reducer_.Connect(GetItem(), GetDim());
+  if (!reducer_.Fill(progress)) return false;
+  if (!IsColoured()) return true;
+  means_.Connect(GetItem(), GetDim(), colourDim);
+  return means_.Fill(progress);
+}
+
 // The stations that reach into the frame or, where that is wider, the client area: up to the next one beyond it, whose
 // half of the line comes in.
 void CUPlotX_Uni_Scatter::FindShown(int& begin, int& end) const {
@@ -97,21 +111,20 @@ void CUPlotX_Uni_Scatter::RenderPlain(CDC& dc) {
 }
 
 void CUPlotX_Uni_Scatter::RenderTrace(CDC& dc, Way way) {
-  if (!HasItem()) return;
+  if (!HasItem() || !reducer_.IsConnected(GetItem(), GetDim())) return;
   const DrawClip clip(dc, Clip2Data());
   int begin = 0;
   int end = 0;
   FindShown(begin, end);
+  end = std::min(end, reducer_.GetSize());
   if (end <= begin) return;
-  reducer_.Connect(GetItem(), GetDim());
 
   TraceDrawer::Look look;
   look.plain = ForPaper(0);
   look.selected = ForPaper(kRed);
   look.selection = GetShownSelection();
   std::vector<COLORREF> table;
-  if (GetColourModulation().IsOn()) {
-    means_.Connect(GetItem(), GetDim(), colourDim);
+  if (IsColoured() && means_.IsConnected(GetItem(), GetDim(), colourDim)) {
     for (const COLORREF colour : colourTable) table.push_back(ForPaper(colour));
     look.modulation = ColourModulation(colourLow, colourHigh, table);
     look.selected = look.plain;  // red is one of the table's colours
@@ -156,7 +169,7 @@ bool CUPlotX_Uni_Scatter::PutHover(CPoint point) {
   const int station = GetStationAt(point);
   if (station < 0) return false;
   hover = station;
-  InvalidateHover();
+  TellHovered();
   return true;
 }
 
@@ -170,7 +183,7 @@ bool CUPlotX_Uni_Scatter::SelectMove(CPoint& point, bool) {
 
 bool CUPlotX_Uni_Scatter::CancelSelect(CPoint&, bool) {
   hover = -1;
-  InvalidateHover();
+  TellHovered();
   return true;
 }
 

@@ -18,6 +18,7 @@ class CUPlotX_Uni_Scatter : public CUPlotX_Tallyscope {
   // Titles and extents from the calculator, a CStats_Univariate.
   void TakeExtents();
 
+  bool Prepare(CProgressSink* progress) override;
   void RenderLayer(CDC& dc) override;
   void RenderHover(CDC& dc) override;
   // As RenderLayer, but station by station however many there are: what columns of many stations are measured by.
@@ -44,6 +45,7 @@ class CUPlotX_Uni_Scatter : public CUPlotX_Tallyscope {
   int GetDim() const;
   int GetStationCount() const;
   CStats_Univariate* GetFigures() const;
+  bool IsColoured() const;
   void FindShown(int& begin, int& end) const;
   void RenderTrace(CDC& dc, Way way);
   void DrawMark(CDC& dc, int station, double width);

@@ -88,6 +88,7 @@ struct Scene {
   void OpenMap() { Open(map, pair); }
   void Paint() {
     CPainterDC dc(image);
+    container.Prepare(nullptr);
     container.RenderKept(dc);
   }
   CStats_Univariate links[2];

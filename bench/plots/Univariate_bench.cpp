@@ -86,6 +86,7 @@ struct Scene {
   }
   void Paint() {
     CPainterDC dc(image);
+    plot.Prepare(nullptr);
     plot.RenderLayer(dc);
   }
 

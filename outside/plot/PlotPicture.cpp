@@ -123,6 +123,7 @@ Status MakeInMemory(CSize size, const char* what, Make make) {
 
 Status MakePicture(CUPlotX_Container& container, CSize size, double scale, QImage& image) {
   return MakeInMemory(size, "made", [&] {
+    container.Prepare(nullptr);
     QImage made = PaintImage(container, size, scale);
     if (made.isNull()) return false;
     image = std::move(made);
@@ -139,6 +140,7 @@ Status SavePicture(CUPlotX_Container& container, CSize size, const CString& path
   const Status made = MakeInMemory(size, "written", [&] {
     QBuffer device(&bytes);
     if (!device.open(QIODevice::WriteOnly)) return false;
+    container.Prepare(nullptr);
     if (ending == "png") return WritePng(container, size, scale, device);
     return ending == "svg" ? WriteSvg(container, size, device) : WritePdf(container, size, device);
   });

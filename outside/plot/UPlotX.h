@@ -9,6 +9,7 @@
 
 namespace tallyscope {
 
+class CProgressSink;
 class CUPlotX_Container;
 
 // A place in a plot's plane: x, y, and z, which the plane leaves alone.
@@ -55,8 +56,13 @@ class CUPlotX {
 
   CUPlotX_Container* GetContainer() const { return container_; }
 
-  // What the plot draws: all but the hover mark on the layer that is kept between repaints, then the mark.
+  // Makes what the drawing stands on (ranges, searches, curves) where it isn't there. Quick where it is. Drawing makes
+  // nothing: what is missing is left out. False after a cancel.
+  virtual bool Prepare(CProgressSink* /*progress*/) { return true; }
+
+  // What the plot draws, prepared: all but the hover mark on the layer that is kept between repaints, then the mark.
   void Render_OwnerDraw(CDC& dc) {
+    Prepare(nullptr);
     RenderLayer(dc);
     RenderHover(dc);
   }
@@ -65,7 +71,7 @@ class CUPlotX {
   // What a picture shows to the right of the frame, and the pixels that it takes there.
   virtual int GetSideRoom() { return 0; }
   virtual void RenderSide(CDC&) {}
-  // Why there is nothing to show, as "No valid values in om"; empty where there is something.
+  // Why there is nothing to show, as "No valid values in om"; empty where there is something. Once prepared.
   virtual CString GetEmptyReason() { return {}; }
 
   // Gestures: a pick at button down, its move, its end; a rectangle; the polygon whose corners the container holds.

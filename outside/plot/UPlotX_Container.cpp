@@ -7,8 +7,8 @@
 
 #include "outside/colour/Hsl.h"
 #include "outside/plot/PlotAxes.h"
-#include "outside/plot/PlotCanvas.h"
 #include "outside/plot/PlotDrawing.h"
+#include "outside/plot/PlotListener.h"
 
 namespace tallyscope {
 
@@ -17,11 +17,6 @@ namespace {
 constexpr double kEmptyPoints = 9;
 
 }  // namespace
-
-void CUPlotX_Container::SetWindow(CPlotCanvas* canvas) {
-  canvas_ = canvas;
-  if (canvas_ != nullptr) SetClientSize({canvas_->width(), canvas_->height()});
-}
 
 void CUPlotX_Container::SetClientSize(CSize size) {
   KeepCorners([&] {
@@ -64,7 +59,12 @@ void CUPlotX_Container::SetWindowExtent() {
   Invalidate();
 }
 
+bool CUPlotX_Container::Prepare(CProgressSink* progress) {
+  return std::all_of(plots_.begin(), plots_.end(), [&](auto* plot) { return plot->Prepare(progress); });
+}
+
 void CUPlotX_Container::Render(CDC& dc) {
+  Prepare(nullptr);
   RenderKept(dc);
   RenderOver(dc);
 }
@@ -102,11 +102,27 @@ void CUPlotX_Container::RenderOver(CDC& dc) {
 }
 
 void CUPlotX_Container::Invalidate() {
-  if (canvas_ != nullptr) canvas_->InvalidateKept();
+  if (window_ != nullptr) window_->OnRedraw(true);
 }
 
 void CUPlotX_Container::InvalidateOver() {
-  if (canvas_ != nullptr) canvas_->update();
+  if (window_ != nullptr) window_->OnRedraw(false);
+}
+
+void CUPlotX_Container::TellHovered(int index) {
+  InvalidateOver();
+  if (window_ != nullptr) window_->OnHovered(index);
+}
+
+void CUPlotX_Container::TellSelectionMade() {
+  Invalidate();
+  if (window_ != nullptr) window_->OnSelectionMade();
+}
+
+// After the user has moved it.
+void CUPlotX_Container::ChangeView() {
+  Invalidate();
+  if (window_ != nullptr) window_->OnViewChanged();
 }
 
 QCursor CUPlotX_Container::ShowZoomInCursor() const {

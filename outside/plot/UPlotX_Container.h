@@ -11,10 +11,11 @@
 
 namespace tallyscope {
 
-class CPlotCanvas;
+class CPlotListener;
+class CProgressSink;
 
 // Lays out the plots of one canvas, draws their frame and axes, and runs the gestures of the mouse on the active one.
-// Without a canvas it draws pictures:
+// It tells its window of what happens. Without one it draws pictures:
 //   CUPlotX_Container container;
 //   container.AddPlot(&plot, true);
 //   container.SetClientSize({1600, 900});
@@ -39,8 +40,8 @@ class CUPlotX_Container {
   CUPlotX_Container& operator=(const CUPlotX_Container&) = delete;
   virtual ~CUPlotX_Container() = default;
 
-  // Set-up. Plots are not owned.
-  void SetWindow(CPlotCanvas* canvas);
+  // Set-up. Neither plots nor the window are owned; the window may be null.
+  void SetWindow(CPlotListener* window) { window_ = window; }
   void SetClientSize(CSize size);
   void AddPlot(CUPlotX* plot, bool active);
   int GetPlotCount() const { return static_cast<int>(plots_.size()); }
@@ -55,15 +56,20 @@ class CUPlotX_Container {
   void SetWindowExtent();
   CRect GetClientRect() const { return {0, 0, size_.cx, size_.cy}; }
 
-  // Everything, or what is kept between repaints (paper, axes, the plots' layers) and what lies over it (hover marks,
-  // rubber band).
+  // All plots; see CUPlotX::Prepare.
+  bool Prepare(CProgressSink* progress);
+  // Everything, prepared first; or what is kept between repaints (paper, axes, the plots' layers) and what lies over it
+  // (hover marks, rubber band), as they have been prepared.
   void Render(CDC& dc);
   void RenderKept(CDC& dc);
   void RenderOver(CDC& dc);
 
-  // All is drawn anew; or only what lies over the kept layer.
+  // All is to be drawn anew; or only what lies over the kept layer.
   void Invalidate();
   void InvalidateOver();
+  // For plots: what has happened on them.
+  void TellHovered(int index);
+  void TellSelectionMade();
 
   bool IsHit(CPoint point) const { return GetClientRect().PtInRect(point); }
 
@@ -103,13 +109,14 @@ class CUPlotX_Container {
  private:
   enum Gesture { kNone, kPick, kDrag, kClick };
 
+  void ChangeView();
   void EndPolygon();
   void KeepCorners(const std::function<void()>& change);
   void RenderBand(CDC& dc);
   void RenderEmpty(CDC& dc, CUPlotX& plot);
   CRect GetBand() const;
 
-  CPlotCanvas* canvas_ = nullptr;
+  CPlotListener* window_ = nullptr;
   CSize size_{100, 100};
   std::vector<CUPlotX*> plots_;
   CUPlotX* active_ = nullptr;

@@ -95,7 +95,7 @@ void CUPlotX_Container::OnMouseMove(CPoint point, bool pressed) {
     active_->SelectMove(point, true);
   } else if (mode_ == ePan) {
     active_->Pan(point.x - before.x, point.y - before.y, zoomAxes_);
-    Invalidate();
+    ChangeView();
   } else {
     InvalidateOver();
   }
@@ -118,11 +118,11 @@ void CUPlotX_Container::OnLButtonUp(CPoint point) {
       } else {
         active_->ZoomTo(ToDrawRect(CRect::Between(start_, last_)), zoomAxes_);
       }
-      Invalidate();
+      ChangeView();
       break;
     case eZoomOut:
       active_->ZoomAbout(place, 1 / kClickZoom, zoomAxes_);
-      Invalidate();
+      ChangeView();
       break;
     case eRectangle:
     case eRectangleExclude:
@@ -160,7 +160,7 @@ bool CUPlotX_Container::OnRButtonDown(CPoint point) {
 void CUPlotX_Container::OnWheel(CPoint point, double steps) {
   if (active_ == nullptr || IsInGesture() || active_->GetHitArea(point) != CUPlotX::eData) return;
   active_->ZoomAbout({double(point.x), double(point.y)}, std::pow(kWheelZoom, steps), zoomAxes_);
-  Invalidate();
+  ChangeView();
 }
 
 void CUPlotX_Container::ZoomStep(double factor) {
@@ -170,7 +170,7 @@ void CUPlotX_Container::ZoomStep(double factor) {
     active_->ZoomAbout({(frame.left + frame.right) / 2.0, (frame.top + frame.bottom) / 2.0}, factor, zoomAxes_);
     InitialiseExtents();
   });
-  Invalidate();
+  ChangeView();
 }
 
 bool CUPlotX_Container::CancelStep() {

@@ -38,6 +38,33 @@ TEST(Gestures, ThePointerPicksWhileItIsDown) {
   EXPECT_EQ(stage.plot.Take(), "") << "outside the frame";
 }
 
+TEST(Gestures, TheWindowIsToldOnceOfEachChange) {
+  GestureStage stage(Container::eZoomIn);
+  NotingWindow window;
+  stage.container.SetWindow(&window);
+  stage.Click(stage.At(0, 0));
+  EXPECT_EQ(window.Take(), "Av");
+  stage.Drag(stage.At(-20, -20), stage.At(20, 20));
+  EXPECT_EQ(window.Take(), "Av");
+  stage.container.SetCursorMode(Container::ePan);
+  stage.Drag(stage.At(-20, -20), stage.At(20, 20));
+  EXPECT_EQ(window.Take(), "AvAv") << "for each move";
+  stage.container.SetCursorMode(Container::eZoomOut);
+  stage.Click(stage.At(0, 0));
+  EXPECT_EQ(window.Take(), "Av");
+  stage.container.OnWheel(stage.At(0, 0), 1);
+  EXPECT_EQ(window.Take(), "Av");
+  stage.container.ZoomStep(2);
+  EXPECT_EQ(window.Take(), "Av");
+  stage.container.ZoomFit();
+  EXPECT_EQ(window.Take(), "A") << "not by hand";
+  stage.container.TellHovered(7);
+  EXPECT_EQ(window.told, "oh7");
+  window.Take();
+  stage.container.TellSelectionMade();
+  EXPECT_EQ(window.Take(), "As");
+}
+
 TEST(Gestures, ARectangleSelectsAndAClickDoesNot) {
   for (const int mode : {Container::eRectangle, Container::eRectangleExclude}) {
     GestureStage stage(mode);

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "outside/plot/PlotListener.h"
 #include "outside/plot/UPlotX.h"
 #include "outside/plot/UPlotX_Container.h"
 
@@ -53,6 +57,25 @@ class NotingPlot : public CUPlotX {
   bool Note(const char* what, CPoint at, bool) {
     calls.push_back(what + std::string(" ") + std::to_string(at.x) + " " + std::to_string(at.y));
     return true;
+  }
+};
+
+// A window that notes what it is told.
+class NotingWindow : public CPlotListener {
+ public:
+  std::string told;
+
+  void OnRedraw(bool all) override { told += all ? 'A' : 'o'; }
+  void OnViewChanged() override { told += 'v'; }
+  void OnHovered(int index) override { told += "h" + std::to_string(index); }
+  void OnSelectionMade() override { told += 's'; }
+
+  // Since the last time, without what is to be drawn over the kept layer.
+  std::string Take() {
+    const auto taken = std::exchange(told, {});
+    std::string text;
+    std::copy_if(taken.begin(), taken.end(), std::back_inserter(text), [](char each) { return each != 'o'; });
+    return text;
   }
 };
 

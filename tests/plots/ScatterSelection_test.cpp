@@ -7,6 +7,7 @@
 
 #include "plots/PolygonThinning.h"
 #include "statistics/Stats_Rgn.h"
+#include "tests/outside/PlotTesting.h"
 #include "tests/plots/ScatterTesting.h"
 
 namespace tallyscope {
@@ -129,6 +130,27 @@ TEST(ScatterSelection, WorksOnLogarithmicAxes) {
               return rect.left <= x && x <= rect.right && rect.top <= y && y <= rect.bottom;
             }));
   EXPECT_EQ(view.spatial.bitmaps[0].Count(), 50);
+}
+
+TEST(ScatterSelection, IsToldOnce) {
+  auto table = NastyTable(300, 9);
+  BiView view(table);
+  NotingWindow window;
+  view.container.SetWindow(&window);
+  view.container.SetCursorMode(CUPlotX_Container::eRectangle);
+  view.container.OnLButtonDown({60, 60});
+  view.container.OnMouseMove({200, 200}, true);
+  view.container.OnLButtonUp({200, 200});
+  EXPECT_EQ(window.Take(), "As");
+  DrawPolygon(view, {{60, 60}, {200, 60}, {200, 200}}, CUPlotX_Container::ePolygonExclude);
+  EXPECT_EQ(window.Take(), "As");
+  view.plot.ClearLastSelRegion();
+  EXPECT_EQ(window.Take(), "As");
+  view.plot.RestoreLastSelRegion();
+  view.plot.ClearAllSelRegion();
+  EXPECT_EQ(window.Take(), "AsAs");
+  view.plot.SetHover(3);
+  EXPECT_EQ(window.Take(), "h3");
 }
 
 TEST(ScatterSelection, WithoutAPolygonNothingIsDone) {

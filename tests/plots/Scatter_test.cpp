@@ -7,6 +7,7 @@
 
 #include "plots/StationWalk.h"
 #include "spatial/Stats_PointSearch.h"
+#include "statistics/ProgressSink.h"
 #include "statistics/Stats_RgnIndexList.h"
 #include "tests/plots/ScatterTesting.h"
 
@@ -206,6 +207,48 @@ TEST(Scatter, LooksForARangeOnce) {
   }
 }
 
+// A drawing reads what has been prepared and makes nothing, also after a cancel.
+TEST(Scatter, DrawsWhatIsPrepared) {
+  class Sink : public CProgressSink {
+   public:
+    bool OnProgress(int) override { return --left >= 0; }
+    void SetTask(const char*, int) override {}
+    int left = 0;
+  };
+  auto table = NastyTable(3000, 5);
+  BiView plane(table);
+  StView map(table);
+  for (View* view : {static_cast<View*>(&plane), static_cast<View*>(&map)}) {
+    auto& plot = view->plot;
+    table.DestroyPointSearch();
+    plot.SetColourDim(5);
+    plot.SetSizeDim(5);
+    const auto draw = [&] {
+      RecorderDC dc(kClient);
+      plot.RenderLayer(dc);
+      return dc;
+    };
+    const auto bare = draw();
+    EXPECT_TRUE(bare.marks.empty() && bare.LinesOf(0xff00ff, 2).size() < 2) << "no stations, no quantiles";
+    EXPECT_GT(plot.colourLow, plot.colourHigh);
+    EXPECT_FALSE(table.GetPointSearch()->IsPartitioned());
+    int cancels = 0;
+    for (bool done = false; !done; ++cancels) {
+      ASSERT_LT(cancels, 10000);
+      plot.SetColourDim(5);
+      Sink sink;
+      sink.left = cancels;
+      done = plot.Prepare(&sink);
+      EXPECT_EQ(done, sink.left >= 0) << cancels;
+      draw();
+    }
+    EXPECT_GT(cancels, 3);
+    const auto marks = draw().marks.size();
+    EXPECT_GT(marks, 1000U);
+    EXPECT_EQ(marks, view->Draw().marks.size());
+  }
+}
+
 TEST(Scatter, ShowsWhatLiesAsFarApartAsNumbersDo) {
   const std::vector<double> ends{-1.7e308, -1e308, 0, 1e308, 1.7e308};
   CMadeTable table({made::Column(ends, "X"), made::Column(ends, "Y"), made::Column(ends, "U")}, 2);
@@ -292,7 +335,9 @@ TEST(Scatter, ShowsWhatHasNoPlaceInWords) {
     auto table = TableFrom(each.text);
     BiView plane(table);
     StView map(table);
+    plane.plot.Prepare(nullptr);
     EXPECT_EQ(plane.plot.GetEmptyReason(), each.plane);
+    map.plot.Prepare(nullptr);
     EXPECT_EQ(map.plot.GetEmptyReason(), each.map);
     plane.bi.TakeExtents();
     map.map.TakeExtents();

@@ -65,6 +65,7 @@ TraceCoverage Cover(const Scene& scene, const RecorderDC& dc, long colour = -1) 
 
 RecorderDC DrawPlain(Scene& scene) {
   RecorderDC dc(scene.GetSize());
+  scene.plot.Prepare(nullptr);
   scene.plot.RenderPlain(dc);
   return dc;
 }

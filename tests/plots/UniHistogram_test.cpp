@@ -2,10 +2,12 @@
 // What the histogram draws from its bins, how it groups them, and its red parts through a history of selections.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 #include <numeric>
 #include <random>
 
+#include "outside/plot/PlotListener.h"
 #include "platform/core/NumberText.h"
 #include "plots/UPlotX_Uni_Histogram.h"
 #include "statistics/Stats_RgnIndexList.h"
@@ -260,6 +262,24 @@ TEST_F(SelectedCounts, FollowTheSelectionThroughUndoAndRedo) {
   }
   plot.ClearAllSelRegion();
   EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(SelectedCounts, AreThereWhenASelectionIsTold) {
+  struct Window : CPlotListener {
+    void OnSelectionMade() override { check(); }
+    std::function<void()> check;
+  } window;
+  int told = 0;
+  window.check = [&] {
+    EXPECT_EQ(scene.plot.selectedCounts, PlainCounts());
+    ++told;
+  };
+  scene.container.SetWindow(&window);
+  scene.SelectBetween(30, 50);
+  scene.plot.ClearLastSelRegion();
+  scene.plot.RestoreLastSelRegion();
+  EXPECT_EQ(told, 3);
+  EXPECT_GT(Count(), 0);
 }
 
 TEST_F(SelectedCounts, OfScatteredStationsAreThoseOfAPlainLoop) {

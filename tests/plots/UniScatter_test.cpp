@@ -175,7 +175,7 @@ TEST(UniScatter, AFinerDeviceShowsFractions) {
   Scene scene(table, 0, 500, 200);
   scene.Show(0, 10, 0, 10);
   FineDC dc(scene.GetSize());
-  scene.plot.RenderLayer(dc);
+  scene.plot.Render_OwnerDraw(dc);
   EXPECT_EQ(dc.lines.front().points,
             (Points{{125, 230}, {150, 230}, {175, 230}, {200, 229.5}, {225, 230}, {250, 230}, {275, 230}}));
 }
