@@ -14,6 +14,10 @@ namespace {
 
 constexpr int kWindows = 4;  // of half the width that a block holds, so that its first sum costs little
 
+int RoundUp(int count) {
+  return (count + kMaskWord - 1) / kMaskWord * kMaskWord;
+}
+
 int CountNulls(const bvector& mask, int first, int count) {
   int nulls = 0;
   for (int i = 0; i < count; i += kMaskWord) {
@@ -24,10 +28,11 @@ int CountNulls(const bvector& mask, int first, int count) {
 
 }  // namespace
 
-// The ends of the line, where windows differ in width, apart from what lies between.
+// The ends of the line, where windows differ in width, apart from what lies between. That starts at a whole word of the
+// mask, and so do its blocks.
 void CLineFilter::RunBox(const DSPLine& line) {
   means_.SetWidth(2 * half_ + 1);
-  const int left = std::min(half_, line.count);
+  const int left = std::min(RoundUp(half_), line.count);
   const int inner = std::max(0, line.count - left - half_ - CBoxMeans::kAhead);
   const int right = left + inner / CBoxMeans::kStep * CBoxMeans::kStep;
   RunBoxBlocks(line, 0, left);
@@ -36,7 +41,7 @@ void CLineFilter::RunBox(const DSPLine& line) {
 }
 
 void CLineFilter::RunBoxBlocks(const DSPLine& line, int first, int end) {
-  const auto size = std::max(std::int64_t{kBlock}, std::int64_t{kWindows} * half_);
+  const auto size = std::max(std::int64_t{kBlock}, std::int64_t{kWindows} * RoundUp(half_));
   while (first < end) {
     const auto count = static_cast<int>(std::min(size, std::int64_t{end} - first));
     const Block block{first, count, line.count};
