@@ -93,7 +93,7 @@ class WindowSums {
 
 struct Box {
   const float* samples;
-  const std::int8_t* nulls;  // or there are none
+  const std::int32_t* nulls;  // or there are none
   int width;
   double divisor;  // without nulls
   double beside;   // to round samples next to
@@ -155,7 +155,7 @@ template <int kLanes, bool kIsExact>
     slide([&](int i, int run) __attribute__((always_inline)) { divide(i, run, divisors); });
     return;
   }
-  WindowSums<std::int32_t, std::int8_t, kLanes, false> missing(box.nulls, box.width, 0);
+  WindowSums<std::int32_t, std::int32_t, kLanes, false> missing(box.nulls, box.width, 0);
   slide([&](int i, int run) __attribute__((always_inline)) {
     divide(i, run, static_cast<double>(box.width) - __builtin_convertvector(missing.sums, Doubles));
     missing.Advance(box.nulls + i);

@@ -38,7 +38,7 @@ class CBoxMeans {
   CBoxGrid grid_;
   const float* samples_ = nullptr;
   std::vector<float> copy_;
-  std::vector<std::int8_t> nulls_;  // 1 for a null, else 0
+  std::vector<std::int32_t> nulls_;  // 1 for a null, else 0
   std::vector<int> open_;
 };
 

@@ -27,7 +27,7 @@ struct BurgTask {
   std::span<const double> samples;
   int order = 0;
 
-  BurgPredictor::Error Check() const;
+  BurgPredictor::Error Check() const;  // what Fit would refuse it for
 };
 
 // Two fits in the time of one: a fit waits for its sums, which may not be split. No task may have an error.

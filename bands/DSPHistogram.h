@@ -6,7 +6,7 @@
 namespace tallyscope {
 
 // Replaces each sample by the share of its band's samples up to it, 0 to 1, as the band's histogram gives it. Nulls
-// have no part in the histogram and stay null.
+// have no part in the histogram and stay null. A sample that is NaN becomes 0.
 class CDSPHistogram : public CDSPOperation {
  public:
   CDSPHistogram() { dimension = 0; }

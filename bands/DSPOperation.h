@@ -45,6 +45,8 @@ class CDSPOperation {
   // Appends an output for that input's region: null everywhere, one band for each enabled one.
   virtual void CreateOutput(int inputIndex);
   virtual bool CheckAxes();  // picks the axes if they are 0; false when they don't suit the dimension
+  // By the dimension. False without a storage, when the sink stops it, or when an output's OnProcessed says so; what
+  // has been written by then stays. The sink may be null.
   virtual bool Run(CDSPProgress* progress);
   virtual bool ProcessAny(CDSPProgress* progress);
   virtual bool Process1D(CDSPProgress*) { return true; }

@@ -8,14 +8,16 @@
 
 namespace tallyscope {
 
-// What an operation reads and what it writes.
+// What an operation reads and what it writes, input i going to output i. It owns the entries; whether an entry owns its
+// data is the entry's matter.
 class CDSPOperationStorage {
  public:
   using Entries = std::vector<std::unique_ptr<CDSPOperationData>>;
 
+  // What is added comes last; the reference is good until its side is cleared.
   CDSPOperationData& AddInput(std::unique_ptr<CDSPOperationData> entry);
   CDSPOperationData& AddOutput(std::unique_ptr<CDSPOperationData> entry);
-  // The whole of a data set.
+  // The whole of a data set; with `own` it goes with the entry, else it must outlive the storage.
   CDSPOperationData& AddInput(CDSPData* data, bool own);
   CDSPOperationData& AddOutput(CDSPData* data, bool own);
 

@@ -5,7 +5,8 @@
 
 namespace tallyscope {
 
-// y = x to the power of `exponent`. A NaN or an infinity that comes of it is stored, not masked.
+// y = x to the power of `exponent`, in double, stored in the band's type. A NaN or an infinity that comes of it, as of
+// a root of -1 or an inverse of 0, is stored and not masked.
 class CDSPPower : public CDSPOperation {
  public:
   CDSPPower() { dimension = 0; }

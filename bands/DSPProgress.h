@@ -10,6 +10,7 @@ namespace tallyscope {
 // A progress sink for band operations, which fill a stretch of the bar: from `start` to `end`, in percent.
 class CDSPProgress : public CProgressSink {
  public:
+  // `done` of `total` pieces of the stretch; false when the work is to stop. REQUIRES: a total above 0.
   bool Report(std::int64_t done, std::int64_t total) {
     return OnProgress(static_cast<int>((end - start) * static_cast<double>(done) / static_cast<double>(total) + start));
   }
@@ -18,7 +19,8 @@ class CDSPProgress : public CProgressSink {
   double end = 100.0;
 };
 
-// Gives a part of the stretch to a step: part `index` of `count` equal ones, until the end of the scope.
+// Gives a part of the stretch to a step: part `index` of `count` equal ones, until the end of the scope, which gives
+// the whole back. The sink may be null, and is the caller's.
 class DSPProgressPart {
  public:
   DSPProgressPart(CDSPProgress* progress, int index, int count) : progress_(progress) {

@@ -14,6 +14,7 @@ namespace tallyscope {
 
 constexpr int kMaskWord = 64;
 
+// The lowest `count` set; all of them from 64 on.
 constexpr std::uint64_t LowBits(int count) {
   return count >= kMaskWord ? ~std::uint64_t{0} : (std::uint64_t{1} << count) - 1;
 }
@@ -43,6 +44,7 @@ inline std::uint64_t LoadBits(const bvector& mask, int first, int count) {
   return word & LowBits(count);
 }
 
+// The lowest `count` bits of the word, from bit `first` on; those around them stay.
 inline void StoreBits(bvector& mask, int first, int count, std::uint64_t word) {
   std::uint8_t* bytes = mask.GetData() + first / 8;
   if (std::endian::native == std::endian::little && first % 8 == 0 && count == kMaskWord) {
@@ -58,6 +60,7 @@ inline void StoreBits(bvector& mask, int first, int count, std::uint64_t word) {
   }
 }
 
+// No null among `count` bits from `first`.
 inline bool AllClear(const bvector& mask, int first, int count) {
   std::uint64_t any = 0;
   int done = 0;

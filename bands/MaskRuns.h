@@ -9,7 +9,9 @@
 
 namespace tallyscope {
 
-// First bit from `first` on that is `value`, below `end`; `end` if there is none.
+// Runs of set or clear bits in a mask, found a word at a time: a band with few nulls is passed over quickly.
+
+// First bit from `first` on that is `value`, below `end`; `end` if there is none. REQUIRES: bits up to `end`.
 inline int FindBit(const bvector& mask, int first, int end, bool value) {
   while (first < end) {
     const int count = std::min(kMaskWord, end - first);

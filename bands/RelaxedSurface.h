@@ -8,10 +8,11 @@
 namespace tallyscope {
 
 // A grid of cells, some of which are fixed, whose free ones move to where the sum of squared second differences over
-// the grid (along x, along y and twice the mixed one) is least.
+// the grid (along x, along y and twice the mixed one) is least: the surface of least curvature through the fixed cells
+// (I. C. Briggs, Geophysics 39, 1974). Column i and row j count from 0 and are not checked.
 class RelaxedSurface {
  public:
-  RelaxedSurface(int columns, int rows);
+  RelaxedSurface(int columns, int rows);  // all free, and 0
 
   int GetColumns() const { return columns_; }
   int GetRows() const { return rows_; }

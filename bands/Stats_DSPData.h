@@ -7,7 +7,11 @@
 namespace tallyscope {
 
 // A band set as a table, so that every calculator works on it: a station per sample, a field per band, nulls by the
-// masks. The axes are the samples' indices along x, y and z.
+// masks. The axes are the samples' indices along x, y and z: fields -1, -2, -3, as many as the set has dimensions. Of
+// samples with several elements the first counts.
+//
+// The set must outlive the table, which holds nothing of it and shows what it holds now; only what a table sorts has to
+// be told when samples change.
 class CStats_DSPData : public CStats_Data {
  public:
   explicit CStats_DSPData(CDSPData* data);  // not owned; masks that are too short for it are lengthened

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "conditioning/ConditioningFile.h"
 
-#include "files/NumberText.h"
+#include <utility>
+#include <vector>
+
 #include "files/UTextFile.h"
-#include "files/UTokeniser.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/TextCase.h"
 
 namespace tallyscope {
@@ -82,76 +84,88 @@ bool HasText(const Fields& fields, std::size_t i) {
   return i < fields.size() && !fields[i].empty();
 }
 
-void ReadDataType(const Fields& fields, CStats_Conditioning& rules) {
+// Each of these takes a line in; false if it says nothing.
+
+bool ReadDataType(const Fields& fields, CStats_Conditioning& rules) {
   if (CompareNoCase(fields[1], "NUMERIC") == 0) {
     rules.DefineNumeric();
   } else {
     rules.DefineString(0);
   }
+  return true;
 }
 
-void ReadCaseSensitive(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadCaseSensitive(const Fields& fields, CStats_Conditioning& rules) {
   rules.DefineString(IsTrue(fields[1]) ? 1 : 0);
+  return true;
 }
 
-void ReadNull(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadNull(const Fields& fields, CStats_Conditioning& rules) {
   if (rules.IsNumeric()) {
     rules.SetNULL(ParseLeadingNumber(fields[1]));
   } else {
     rules.SetNULL(fields[1]);
   }
+  return true;
 }
 
-void ReadNullValue(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadNullValue(const Fields& fields, CStats_Conditioning& rules) {
   if (rules.IsNumeric()) {
     rules.AddNULLValue(ParseLeadingNumber(fields[1]));
   } else {
     rules.AddNULLValue(fields[1]);
   }
+  return true;
 }
 
-void ReadNullRange(const Fields& fields, CStats_Conditioning& rules) {
-  if (!HasText(fields, 1) || !HasText(fields, 2)) return;
+bool ReadNullRange(const Fields& fields, CStats_Conditioning& rules) {
+  if (!HasText(fields, 1) || !HasText(fields, 2)) return false;
   rules.AddNULLRange(ParseLeadingNumber(fields[1]), ParseLeadingNumber(fields[2]));
+  return true;
 }
 
 // The flag is set as it stands: a background that equals the null doesn't switch itself off here.
-void ReadBackground(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadBackground(const Fields& fields, CStats_Conditioning& rules) {
   rules.convertToBackground = IsTrue(fields[1]);
-  if (fields.size() < 3) return;
+  if (fields.size() < 3) return true;
   if (rules.IsNumeric()) {
     rules.backgroundValue = ParseLeadingNumber(fields[2]);
   } else {
     rules.backgroundString = fields[2];
   }
+  return true;
 }
 
-void ReadCap(const Fields& fields, bool& on, double& cap) {
+bool ReadCap(const Fields& fields, bool& on, double& cap) {
   on = IsTrue(fields[1]);
   if (HasText(fields, 2)) cap = ParseLeadingNumber(fields[2]);
+  return true;
 }
 
-void ReadCapMinimum(const Fields& fields, CStats_Conditioning& rules) {
-  ReadCap(fields, rules.capMinimumOn, rules.capMinimum);
+bool ReadCapMinimum(const Fields& fields, CStats_Conditioning& rules) {
+  return ReadCap(fields, rules.capMinimumOn, rules.capMinimum);
 }
 
-void ReadCapMaximum(const Fields& fields, CStats_Conditioning& rules) {
-  ReadCap(fields, rules.capMaximumOn, rules.capMaximum);
+bool ReadCapMaximum(const Fields& fields, CStats_Conditioning& rules) {
+  return ReadCap(fields, rules.capMaximumOn, rules.capMaximum);
 }
 
-void ReadOperatorsUsed(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadOperatorsUsed(const Fields& fields, CStats_Conditioning& rules) {
   rules.DefineOperators(IsTrue(fields[1]) ? 1 : 0);
   rules.operators.clear();
+  return true;
 }
 
-void ReadOperator(const Fields& fields, CStats_Conditioning& rules) {
+bool ReadOperator(const Fields& fields, CStats_Conditioning& rules) {
   const auto type = CStats_Operator::GetOperatorTypeFromName(fields[1]);
-  if (type != CStats_Operator::kNone) rules.AddOperator(type, fields.size() > 2 ? fields[2] : CString());
+  if (type == CStats_Operator::kNone) return false;
+  rules.AddOperator(type, fields.size() > 2 ? fields[2] : CString());
+  return true;
 }
 
 struct KeywordRow {
   const char* keyword;
-  void (*read)(const Fields& fields, CStats_Conditioning& rules);  // REQUIRES: a field behind the keyword
+  bool (*read)(const Fields& fields, CStats_Conditioning& rules);  // REQUIRES: a field behind the keyword
 };
 
 constexpr KeywordRow kKeywords[] = {
@@ -167,15 +181,30 @@ constexpr KeywordRow kKeywords[] = {
     {"Operator", ReadOperator},
 };
 
-void ReadLine(const std::vector<CUTokeniser::Token>& tokens, CStats_Conditioning& rules) {
-  Fields fields;
-  for (const auto& token : tokens) {
-    if (token.type != CUTokeniser::kComment) fields.push_back(token.text);
-  }
-  if (fields.size() < 2) return;
+bool ReadLine(const Fields& fields, CStats_Conditioning& rules) {
+  if (fields.size() < 2) return false;
   for (const auto& row : kKeywords) {
     if (CompareNoCase(fields[0], row.keyword) == 0) return row.read(fields, rules);
   }
+  return false;
+}
+
+// False when reading fails.
+bool ReadRules(CUTextFile& file, CStats_Conditioning& rules, ConditioningFileLines& lines) {
+  for (int number = 1; file.ReadLine(); ++number) {
+    Fields fields;
+    for (const auto& token : file.GetTokeniser().GetTokens()) {
+      if (token.type != CUTokeniser::kComment) fields.push_back(token.text);
+    }
+    if (fields.empty()) continue;
+    if (ReadLine(fields, rules)) {
+      ++lines.good;
+    } else if (lines.firstOdd == 0) {
+      lines.firstOdd = number;
+      lines.oddText = file.GetTokeniser().GetLine();
+    }
+  }
+  return !file.IsFailed();
 }
 
 }  // namespace
@@ -192,16 +221,10 @@ CString FormatConditioning(const CStats_Conditioning& rules) {
 }
 
 CStats_Conditioning ParseConditioning(std::string_view text) {
+  CUTextFile file;
   CStats_Conditioning rules;
-  CUTokeniser tokeniser;
-  while (!text.empty()) {
-    const auto end = text.find('\n');
-    std::string_view line = text.substr(0, end);
-    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    tokeniser.SetLine(CString(line));
-    ReadLine(tokeniser.GetTokens(), rules);
-  }
+  ConditioningFileLines lines;
+  if (file.OpenText(text)) ReadRules(file, rules, lines);
   return rules;
 }
 
@@ -212,16 +235,19 @@ bool SaveConditioning(const CString& path, const CStats_Conditioning& rules, CSt
   return saved;
 }
 
-bool LoadConditioning(const CString& path, CStats_Conditioning& rules, CString& error) {
+bool LoadConditioning(const CString& path, CStats_Conditioning& rules, ConditioningFileLines& lines, CString& error) {
   CUTextFile file;
   CStats_Conditioning loaded;
-  if (file.Open(path, 1, 0, 0)) {
-    while (file.ReadLine()) ReadLine(file.GetTokeniser().GetTokens(), loaded);
-  }
+  lines = {};
+  const bool read = file.Open(path, 1, 0, 0) && ReadRules(file, loaded, lines);
   error = file.GetErrorText();
-  if (file.IsFailed()) return false;
-  rules = std::move(loaded);
-  return true;
+  if (read) rules = std::move(loaded);
+  return read;
+}
+
+bool LoadConditioning(const CString& path, CStats_Conditioning& rules, CString& error) {
+  ConditioningFileLines lines;
+  return LoadConditioning(path, rules, lines, error);
 }
 
 }  // namespace tallyscope

@@ -5,7 +5,8 @@
 
 namespace tallyscope {
 
-// A closed interval of numbers. Bounds the wrong way round hold nothing. Kept by value, so nothing derives from it.
+// A closed interval of numbers, in the field's units: both ends belong to it, without a tolerance. Bounds the wrong way
+// round hold nothing, and so does one that is NaN. Kept by value, so nothing derives from it.
 class CStats_ConditioningRange final {
  public:
   CStats_ConditioningRange() = default;

@@ -3,7 +3,7 @@
 #include "bands/DSPProcess.h"
 #include "conditioning/OperatorCatalogue.h"
 #include "conditioning/Stats_Conditioning.h"
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "statistics/bvector.h"
 
 namespace tallyscope {

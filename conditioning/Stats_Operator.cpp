@@ -2,8 +2,8 @@
 #include "conditioning/Stats_Operator.h"
 
 #include "conditioning/OperatorCatalogue.h"
-#include "files/NumberText.h"
 #include "platform/core/Archive.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/StringTable.h"
 #include "platform/core/TextCase.h"
 

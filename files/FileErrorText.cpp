@@ -41,7 +41,7 @@ bool IsRoot(const CString& path) {
   return path == "\\" || (path.size() == 3 && path[1] == ':' && path[2] == '\\');
 }
 
-const char* DeniedSentence(const CString& path, bool writing) {
+const char* DeniedSentence(const CString& path, CStdioFile::OpenMode mode) {
   CFileStatus status;
   if (GetFileStatus(path, status)) {
     if ((status.attributes & CFileStatus::kDirectory) != 0) {
@@ -50,11 +50,12 @@ const char* DeniedSentence(const CString& path, bool writing) {
     if ((status.attributes & (CFileStatus::kHidden | CFileStatus::kSystem | CFileStatus::kVolume)) != 0) {
       return "The file is a special system file.";
     }
-    if (writing && (status.attributes & CFileStatus::kReadOnly) != 0) return "You cannot write to a read-only file.";
+    const bool writes = mode != CStdioFile::modeRead;
+    if (writes && (status.attributes & CFileStatus::kReadOnly) != 0) return "You cannot write to a read-only file.";
     return "You cannot access this file.";
   }
   if (IsRoot(path)) return "This is the root directory.\nYou cannot use it as a file.";
-  if (writing) {
+  if (mode == CStdioFile::modeWrite) {
     return "Check that you have permission to write\nto the directory and that the disk is\nnot write-protected or "
            "read-only media.";
   }
@@ -105,14 +106,20 @@ const char* HardwareSentence(const CString& path) {
 
 }  // namespace
 
+CString FileErrorText(const char* reason, CStdioFile::OpenMode mode, const CString& fullPath) {
+  return FirstLine(mode) + fullPath + "\".\n" + reason;
+}
+
 CString FileErrorText(const CFileException& failure, CStdioFile::OpenMode mode, const CString& fullPath) {
-  const CString first = FirstLine(mode) + fullPath + "\".\n";
+  const char* reason = kUndocumented;
   if (failure.cause == CFileException::accessDenied) {
-    return first + DeniedSentence(fullPath, mode != CStdioFile::modeRead);
+    reason = DeniedSentence(fullPath, mode);
+  } else if (failure.cause == CFileException::hardIO) {
+    reason = HardwareSentence(fullPath);
+  } else if (failure.cause >= CFileException::none && failure.cause <= CFileException::endOfFile) {
+    reason = kSentences[failure.cause];
   }
-  if (failure.cause == CFileException::hardIO) return first + HardwareSentence(fullPath);
-  const bool known = failure.cause >= CFileException::none && failure.cause <= CFileException::endOfFile;
-  return first + (known ? kSentences[failure.cause] : kUndocumented);
+  return FileErrorText(reason, mode, fullPath);
 }
 
 }  // namespace tallyscope

@@ -31,7 +31,7 @@ class CUFilename {
   const CString& GetNameAndExtension() const { return nameAndExtension_; }
   const CString& GetFullPath() const { return fullPath_; }
 
-  // The seven texts in the order of the members.
+  // The seven texts in the order of the members. What is read is taken as it stands, not split anew.
   virtual void Serialize(CArchive& archive);
 
  private:

@@ -13,6 +13,7 @@ namespace tallyscope {
 class CLostFileAsker {
  public:
   virtual ~CLostFileAsker() = default;
+  // Whether the user wants to look for it.
   virtual bool Confirm(const CString& caption, const CString& question) = 0;
   // Nothing when the user cancels. `filterIndex` counts from 1, in and out; `flags` are the caller's own for the
   // prompt.
@@ -29,12 +30,14 @@ class CUFindLostFile {
   virtual ~CUFindLostFile() = default;
 
   virtual void ClearFolders();
-  virtual void AddFolder(const CString& folder);
-  // True if the file exists; then it is the found one.
+  virtual void AddFolder(const CString& folder);  // searched after those that are there
+  // True if there is anything at the path; then that is what was found.
   virtual bool Exists(const CString& path);
-  // Looks, then asks. Without an asker it only looks.
+  // Looks, then asks. Without an asker it only looks. An empty `folder` stands for the current one; `flags`, `filter`
+  // and `filterIndex` are the prompt's.
   virtual bool Find(const CString& path, const CString& folder, unsigned flags, const CString& filter,
                     int& filterIndex);
+  // Looks only. False leaves what was found last as it is, for GetFound, and IsFound says false.
   virtual bool Locate(const CString& path);
 
   void SetAsker(CLostFileAsker* asker) { asker_ = asker; }  // not owned

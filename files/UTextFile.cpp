@@ -27,15 +27,30 @@ bool CUTextFile::Open(const CString& path, int read, int write, int /*binary*/) 
   fileName_ = Anchored(path);
   mode_ = write == 0 ? modeRead : read != 0 ? modeReadWrite : modeWrite;
   status_ = {};
+  tooLong_ = false;
   const bool good = OpenFile(fileName_.GetFullPath(), mode_);
   if (good) GetFileStatus(fileName_.GetFullPath(), status_);
   return Finish(good);
 }
 
+bool CUTextFile::OpenText(std::string_view text) {
+  fileName_ = {};
+  mode_ = modeRead;
+  status_ = {};
+  tooLong_ = false;
+  return Finish(CStdioFile::OpenText(text));
+}
+
 bool CUTextFile::Finish(bool good) {
-  failed_ = !good;
-  errorText_ = good ? CString() : FileErrorText(GetFailure(), mode_, fileName_.GetFullPath());
-  return good;
+  failed_ = tooLong_ || !good;
+  const CString& path = fileName_.GetFullPath();
+  errorText_.clear();
+  if (tooLong_) {
+    errorText_ = FileErrorText("A line of it is longer than 1 MB.", mode_, path);
+  } else if (!good) {
+    errorText_ = FileErrorText(GetFailure(), mode_, path);
+  }
+  return !failed_;
 }
 
 bool CUTextFile::Close() {
@@ -48,13 +63,14 @@ bool CUTextFile::WriteString(std::string_view text) {
 
 bool CUTextFile::ReadLine() {
   CString line;
-  if (!ReadString(line)) {
-    tokeniser_.SetLine({});
-    if (GetFailure().cause != CFileException::none) Finish(false);
-    return false;
+  const bool found = !tooLong_ && ReadString(line, kMostOfLine + 1);
+  tooLong_ = tooLong_ || line.size() > kMostOfLine;
+  if (!found || tooLong_) {
+    line.clear();
+    if (tooLong_ || GetFailure().cause != CFileException::none) Finish(false);
   }
   tokeniser_.SetLine(std::move(line));
-  return true;
+  return found && !tooLong_;
 }
 
 int CUTextFile::GetTokenType(int i) const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "files/UFilename.h"
@@ -16,6 +17,8 @@ namespace tallyscope {
 //   while (file.ReadLine()) { ... file.IsToken(0, "Nest") ... file.GetToken(1) ... }
 class CUTextFile : public CStdioFile {
  public:
+  static constexpr std::size_t kMostOfLine = 1 << 20;
+
   // Reads with (path, 1, 0, 0) or without a flag, creates or replaces with (path, 0, 1, 0), changes in place with both.
   // `binary` has no effect on this system. A file still open here is closed first.
   bool Open(const CString& path, int read, int write, int binary);
@@ -24,7 +27,11 @@ class CUTextFile : public CStdioFile {
   bool Close();
   bool WriteString(std::string_view text);  // false once anything went wrong
 
-  // The next line's tokens take the place of the last one's. False at the end of the file.
+  // Reads the lines of a text in memory, which must outlive the reading.
+  bool OpenText(std::string_view text);
+
+  // The next line's tokens take the place of the last one's. False at the end of the file, and once anything went
+  // wrong; a line of more than kMostOfLine bytes does, so that reading takes little memory whatever the file holds.
   bool ReadLine();
   int GetTokenCount() const { return static_cast<int>(GetTokens().size()); }
   int GetTokenType(int i) const;  // of CUTokeniser; 0 when out of range
@@ -49,6 +56,7 @@ class CUTextFile : public CStdioFile {
   CFileStatus status_;
   CString errorText_;
   bool failed_ = false;
+  bool tooLong_ = false;  // a line was
   OpenMode mode_ = modeRead;
   CUTokeniser tokeniser_;
 };

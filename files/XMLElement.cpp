@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "files/NumberText.h"
 #include "files/XMLText.h"
+#include "platform/core/NumberText.h"
 
 namespace tallyscope {
 

@@ -5,10 +5,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "files/NumberText.h"
 #include "host/HostTable.h"
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 
 namespace tallyscope {
 

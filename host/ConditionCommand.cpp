@@ -37,6 +37,7 @@ class CConditionCommand : public CCommand {
   int Run(std::ostream& out, std::ostream& err) override;
 
  private:
+  bool LoadFile(CStats_Conditioning& rules, std::ostream& err) const;
   bool LoadRules(CStats_Conditioning& rules, std::ostream& err) const;
   // Whether rules and column are both of numbers or both of texts. False when the sentence has been said.
   bool Suits(const CHostColumn& column, CStats_Conditioning& rules, std::ostream& err) const;
@@ -84,12 +85,26 @@ CString CConditionCommand::CheckOptions() const {
   return CheckReaderFlags(reader_);
 }
 
-bool CConditionCommand::LoadRules(CStats_Conditioning& rules, std::ostream& err) const {
+// A file without a line of rules is refused; a line that says nothing in a file of rules is told.
+bool CConditionCommand::LoadFile(CStats_Conditioning& rules, std::ostream& err) const {
+  ConditioningFileLines lines;
   CString error;
-  if (!rules_.empty() && !LoadConditioning(rules_, rules, error)) {
+  if (!LoadConditioning(rules_, rules, lines, error)) {
     Say(err, OnOneLine(error));
     return false;
   }
+  if (lines.firstOdd == 0) return true;
+  const CString oddLine = rules_ + ", line " + std::to_string(lines.firstOdd) + ": " + Quoted(lines.oddText);
+  if (lines.good > 0) {
+    Say(err, oddLine + " says nothing to rules and is skipped.");
+    return true;
+  }
+  Say(err, oddLine + " is no line of rules; 'DataType = NUMERIC' or another keyword with its value was expected.");
+  return false;
+}
+
+bool CConditionCommand::LoadRules(CStats_Conditioning& rules, std::ostream& err) const {
+  if (!rules_.empty() && !LoadFile(rules, err)) return false;
   if (!operators_.empty()) {
     if (!rules.IsOperatorsUsed()) rules.operators.clear();  // those of a file that doesn't allow them stay out
     rules.DefineOperators(1);

@@ -6,11 +6,11 @@
 #include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
-#include "files/NumberText.h"
 #include "host/Choice.h"
 #include "host/Command.h"
 #include "host/ModelReport.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 #include "spatial/Stats_ModelVariogram.h"
 #include "spatial/Stats_VariogramData.h"
 

@@ -5,9 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "files/NumberText.h"
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 #include "spatial/ModelVariogramFile.h"
 #include "spatial/Stats_ModelVariogram.h"
 

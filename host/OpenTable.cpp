@@ -32,6 +32,7 @@ OpenedTable ReadSource(CTextSource& source, const CString& file, const ReaderOpt
   LayerStart start;
   if (!reader->Start(0, start)) {
     opened.error = reader->GetError();
+    opened.format = reader->DescribeFormat();
     return opened;
   }
   CTableBuilder builder(start.names, start.rules, options.censored);

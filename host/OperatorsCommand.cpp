@@ -5,10 +5,10 @@
 #include <nlohmann/json.hpp>
 
 #include "conditioning/OperatorCatalogue.h"
-#include "files/NumberText.h"
 #include "host/Command.h"
 #include "host/SummaryJson.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/StringTable.h"
 
 namespace tallyscope {

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <ostream>
 
-#include "files/NumberText.h"
 #include "host/Labels.h"
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 #include "statistics/Stats_Univariate.h"
 
 namespace tallyscope {

@@ -41,8 +41,10 @@ class CTableReader {
   virtual RowsEnd Fill(CTableBuilder& columns, CProgressSink* progress) = 0;
 
   // When it is done.
-  virtual CString DescribeFormat() const { return {}; }                // "comma-separated text"
-  const std::vector<CString>& GetWarnings() const { return warnings_; }  // sentences on what was not as one would expect
+  virtual CString DescribeFormat() const { return {}; }  // "comma-separated text"
+  const std::vector<CString>& GetWarnings() const {
+    return warnings_;
+  }  // sentences on what was not as one would expect
 
   const CString& GetError() const { return error_; }  // one sentence
 

@@ -5,11 +5,11 @@
 
 #include <nlohmann/json.hpp>
 
-#include "files/NumberText.h"
 #include "host/HostTable.h"
 #include "host/ModelReport.h"
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
+#include "platform/core/NumberText.h"
 #include "spatial/DefaultModel.h"
 #include "spatial/Stats_LagGridData.h"
 #include "spatial/Stats_ModelVariogram.h"

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "plots/UPlotX_Scatter.h"
 #include "statistics/Stats_Data.h"
 

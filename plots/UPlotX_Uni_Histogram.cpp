@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/StringTable.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_HistData.h"

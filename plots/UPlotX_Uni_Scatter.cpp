@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/StringTable.h"
 #include "plots/ClampIndex.h"
 #include "plots/TraceDrawer.h"

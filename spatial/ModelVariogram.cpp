@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "spatial/NestType.h"
 
 namespace tallyscope {

@@ -5,8 +5,8 @@
 #include <array>
 #include <utility>
 
-#include "files/NumberText.h"
 #include "files/UTextFile.h"
+#include "platform/core/NumberText.h"
 #include "spatial/NestType.h"
 #include "spatial/Stats_ModelVariogram.h"
 

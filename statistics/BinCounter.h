@@ -8,7 +8,8 @@ namespace tallyscope {
 
 struct CHistogramBin;
 
-// Counts values into bins of equal width between a minimum and a maximum, beyond which the end bins reach.
+// Counts values into bins of equal width (all into the first where that is 0, as NaN is) between a minimum and a
+// maximum, beyond which the end bins reach.
 class BinCounter {
  public:
   BinCounter(double minimum, double maximum, int bins);

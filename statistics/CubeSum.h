@@ -5,7 +5,8 @@
 
 namespace tallyscope {
 
-// Adds up pow(x - mean, 3.0) in the order of the values, to the last bit, without calling pow for most of them.
+// Adds up pow(x - mean, 3.0) in the order of the values, to the last bit, without calling pow for most of them. Any
+// value may come, in any number of runs.
 class CubeSum {
  public:
   explicit CubeSum(double mean) : mean_(mean) {}

@@ -6,7 +6,7 @@
 namespace tallyscope {
 
 // Extremes and sum of the values seen so far. The extremes start at 1e10 and -1e10 and take part as values do, and are
-// updated by plain comparison, so that a NaN never enters them.
+// updated by plain comparison, so that a NaN never enters them, as it does the sum.
 struct CRunningRange {
   double minimum = 1e10;
   double maximum = -1e10;

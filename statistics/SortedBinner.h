@@ -7,7 +7,8 @@
 
 namespace tallyscope {
 
-// Fills bins of equal count with ascending values.
+// Fills bins of equal count with ascending values: a bin is full where the share of `validCount` values taken reaches
+// its share of the bins. The bins, not owned, are new ones, at least one; Finish closes the last.
 class SortedBinner {
  public:
   SortedBinner(std::vector<CHistogramBin>& bins, int validCount) : bins_(bins), validCount_(validCount) {}

@@ -21,18 +21,21 @@ class CStats_Calculator {
  public:
   virtual ~CStats_Calculator() = default;
 
-  virtual void Add(CStats_Data* data, int dim);
-  virtual void Remove(int item);
-  virtual void Clear();
-  virtual bool IsItem(int item);               // in range, with a data set
-  virtual CStats_Data* GetItemData(int item);  // no range check, as below
+  virtual void Add(CStats_Data* data, int dim);  // an item that nothing has been computed for
+  virtual void Remove(int item);                 // nothing for an item that isn't there
+  virtual void Clear();                          // of the items; figures stay as they are
+  virtual bool IsItem(int item);                 // in range, with a data set
+  virtual CStats_Data* GetItemData(int item);    // REQUIRES: an item in range, here and below; may be null
   virtual int GetItemDim(int item);
   virtual int GetItemCount();
 
   // Computes the items in order, never stopping early. True when every item has all bits of `flags`, and with no items.
+  // The sink, which may be null, hears of tasks and of whole percents of stations; a cancel ends the item at hand,
+  // whose bits stay clear. Figures may then be partial, unless the class says that they stand.
   virtual bool Calculate(int flags, CProgressSink* progress);
   virtual bool CalculateItem(int item, int flags, CProgressSink* progress);
 
+  // What has been computed for an item. Clearing bits asks for the work again; setting them claims it done.
   virtual void ClearFlags(int item, int mask);
   virtual void ResetFlags(int item);
   virtual void SetFlags(int item, int mask);

@@ -28,6 +28,10 @@ class CStats_SampleVariogram;
 //
 // A host's read, or a sink, may throw: the exception passes through every operation and calculator, and leaves them as
 // after a cancel.
+//
+// Reads change nothing, nor do IsSorted, GetSortTable, GetSortedStation, GetRanks and Find: several threads may do
+// these at once, as far as the host's own reads allow it, while none sorts, takes a table, builds the search or says
+// DataChanged.
 class CStats_Data {
  public:
   CStats_Data() = default;
@@ -35,7 +39,7 @@ class CStats_Data {
   CStats_Data& operator=(const CStats_Data&) = delete;
   virtual ~CStats_Data();
 
-  virtual int GetSize() { return 0; }
+  virtual int GetSize() { return 0; }  // stations
 
   // The host's word that its values have changed, after they have. Drops what hangs on them: sort tables, the search,
   // and what each listener keeps. No query of the search may be under way, and no other thread may read.
@@ -53,9 +57,10 @@ class CStats_Data {
   // afterwards. Nulls sort by their raw value. Not stable: the order of equal values is what comb sort (below 100
   // stations) and quicksort leave, and is always the same. The sink hears of large tables only.
   virtual void Sort(int field, int descending, CProgressSink* progress);
+  // Whether the column has a table in that direction, told by the same number that Sort was given.
   virtual bool IsSorted(int field, int descending);
   virtual void SetSorted(bool sorted, int field, int descending);  // the mark alone; for a table of the host's own
-  virtual void ClearSort();
+  virtual void ClearSort();  // of all columns; for memory, since DataChanged does it for changed values
 
   // The table that the column has, sorted or marked otherwise since; null without one. Whoever holds it may read it
   // while the column is sorted anew.

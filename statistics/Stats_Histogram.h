@@ -10,6 +10,8 @@ namespace tallyscope {
 class BinCounter;
 class CStats_Univariate;
 
+// A bin of a histogram. Edges of equal count are values of the table, those of equal width divide its range; the first
+// edge belongs to the bin.
 struct CHistogramBin {
   CHistogramBin() = default;
   CHistogramBin(const CHistogramBin&) = default;
@@ -44,10 +46,12 @@ class CStats_Histogram : public CStats_Calculator {
   // bins and a failed archive.
   void Serialize(CArchive& archive) override;
 
+  // Settings of the next computation; the bins that stand are read in the mode that is set.
   virtual void SetBinMode(int mode) { binMode_ = mode; }
   virtual int GetBinMode() { return binMode_; }
   virtual void SetMaxBins(int count) { maxBins_ = count; }
   virtual int GetMaxBins() { return maxBins_; }
+  // Of the bins that stand: how many, and how many stations they were counted from.
   virtual int GetBinCount() { return static_cast<int>(bins.size()); }
   virtual int GetValidCount() { return validCount_; }
 
@@ -70,10 +74,11 @@ class CStats_Histogram : public CStats_Calculator {
   // put in any.
   virtual bool ComputeBins(CStats_Data* data, int dim, CProgressSink* progress);
 
-  // GetBinIndex of each of `count` values.
+  // GetBinIndex of each of `count` values, in one loop; bins of equal count are searched one by one.
   void GetBinIndices(const double* values, int count, int* indices);
 
-  // Takes bins that the owner has counted on its way, and marks item 0 computed. Nothing without a bin.
+  // Takes bins that the owner has counted on its way, and marks item 0 computed. Not marked without a bin.
+  // REQUIRES: an owner, an item.
   void TakeBins(const BinCounter& counter);
 
  private:

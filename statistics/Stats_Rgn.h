@@ -21,17 +21,18 @@ class CStats_Rgn {
   virtual int GetType() = 0;
   virtual bool IsActive() { return active_; }
   virtual void SetActive(bool active) { active_ = active; }  // false while undone
+  // Points in the units of the region's columns, of which kinds without points have none.
   virtual int GetPointCount() { return 0; }
-  virtual const Point3& GetPoint(int index);
+  virtual const Point3& GetPoint(int index);  // REQUIRES: an index in range, except of a box, whose others are its last
   // The columns, by dim, in which the points are given, and how many of them count.
   virtual void SetDims(int dim1, int dim2, int dim3, int count);
-  virtual void ResetDims() { SetDims(-1, -2, -3, 2); }
+  virtual void ResetDims() { SetDims(-1, -2, -3, 2); }  // the axes X and Y
   virtual int GetDim1() { return dims_[0]; }
   virtual int GetDim2() { return dims_[1]; }
   virtual int GetDim3() { return dims_[2]; }
   virtual int GetDimCount() { return dimCount_; }
 
-  virtual std::unique_ptr<CStats_Rgn> Clone() const = 0;
+  virtual std::unique_ptr<CStats_Rgn> Clone() const = 0;  // with its flags and dims
 
  protected:
   CStats_Rgn() = default;

@@ -5,7 +5,8 @@
 
 namespace tallyscope {
 
-// The stations from x of the first corner to x of the second, cut towards zero and clamped to the table.
+// The stations from x of the first corner to x of the second, cut towards zero and clamped to the table, so that a
+// range behind its end holds the last station. None when the first is above the second.
 class CStats_RgnIndexRange : public CStats_BoxRgn {
  public:
   int GetType() override { return kIndexRange; }

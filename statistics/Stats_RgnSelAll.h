@@ -5,7 +5,7 @@
 
 namespace tallyscope {
 
-// All stations.
+// All stations, those with null co-ordinates too.
 class CStats_RgnSelAll : public CStats_Rgn {
  public:
   int GetType() override { return kSelAll; }

@@ -7,7 +7,8 @@
 
 namespace tallyscope {
 
-// A caller's vector of double as a table of one field without axes. Every value is valid. The vector must outlive it.
+// A caller's vector of double as a table of one field without axes, whichever field is asked for. Every value is valid,
+// NaN too. The vector must outlive it; who changes its values says DataChanged.
 class CStats_vdData : public CStats_Data {
  public:
   explicit CStats_vdData(std::vector<double>* values) : values_(values) {}

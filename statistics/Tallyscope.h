@@ -44,6 +44,7 @@ class CTallyscope {
   // another.
   void Fill(CStats_Data* data, bool owns);
 
+  // The mode alone: calculators are made, and fields chosen, by the calls below (CAnalysis does it all).
   void SetMode(eAnalysisMode mode) { mode_ = mode; }
   eAnalysisMode GetMode() const { return mode_; }
   // Sets working and spreadsheet table; ownership and caches stay, so an owned table that is replaced goes back to the
@@ -55,6 +56,8 @@ class CTallyscope {
   // Tells sessions apart on the plots that belong to them; two sessions made in the same second may share it.
   int GetLevelID() const { return levelId_; }
 
+  // Choose the field of a mode, which the session remembers for it, as the current one. The two of bivariate mode are
+  // set one by one; the other is then 0, or what it was.
   void SetUniDim(int dim);
   void SetSPDim(int dim);
   void SetVarDim(int dim);
@@ -65,6 +68,7 @@ class CTallyscope {
   int GetVarDim() const { return varDim_; }
   int GetBiDim1() const { return biDim1_; }
   int GetBiDim2() const { return biDim2_; }
+  // The first and the last of the current fields: the same one in modes of one field.
   int GetKeyDim() const { return dims_.front(); }
   int GetAncDim() const { return dims_.back(); }
   const std::vector<int>& GetDims() const { return dims_; }
@@ -76,7 +80,7 @@ class CTallyscope {
   void DestroyCalculator();
   // The calculator that holds the selection, on the working table and its axes; made unless one exists.
   void CreateSpatialCalculator();
-  void DestroySpatialCalculator();
+  void DestroySpatialCalculator();  // with the selection
   CStats_Spatial* GetSpatialCalculator() const { return spatial_.get(); }
 
   // The calculator of the mode, for use after Fill. Null where the mode has none.
@@ -87,6 +91,7 @@ class CTallyscope {
   CStats_Bivariate* GetBivariate() const { return bivariate_.get(); }
   CStats_Multivariate* GetMultivariate() const { return multivariate_.get(); }
 
+  // The caches, for dims that the table has. What was computed for a field stays when modes and fields change.
   CStats_Univariate* GetUniStats(int dim);
   // The host's own object where its data set keeps one, the cached one otherwise.
   CStats_SampleVariogram* GetVariogram(int dim);

@@ -8,7 +8,8 @@ namespace tallyscope {
 
 class CArchive;
 
-// One bit per station or sample. Bit i is bit i mod 8, least significant first, of byte i / 8. Indices are not checked.
+// One bit per station or sample. Bit i is bit i mod 8, least significant first, of byte i / 8. Indices are not checked:
+// they lie from 0 to below the size. Threads may read, and set bits of different bytes.
 class bvector {
  public:
   bvector() = default;
@@ -26,7 +27,7 @@ class bvector {
   void Clear();                       // size 0, storage released
 
   int GetSize() const { return size_; }
-  int Count() const;  // of the set bits
+  int Count() const;  // of the set bits below the size
   const std::vector<std::uint8_t>& GetBytes() const { return bytes_; }
   std::uint8_t* GetData() { return bytes_.data(); }  // of GetBytes(), for those who write many bits at once
 

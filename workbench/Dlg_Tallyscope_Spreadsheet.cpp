@@ -7,8 +7,8 @@
 #include <QLabel>
 #include <QMouseEvent>
 
-#include "files/NumberText.h"
 #include "platform/core/Messages.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/Menu.h"
 #include "platform/ui/Modal.h"

@@ -7,9 +7,9 @@
 #include <QGroupBox>
 #include <QVBoxLayout>
 
-#include "files/NumberText.h"
 #include "gridctrl/GridCtrl.h"
 #include "platform/core/Messages.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/DataExchange.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Data.h"

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/core/ShownText.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/DimIndex.h"

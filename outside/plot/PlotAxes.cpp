@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/NumberText.h"
 #include "outside/plot/AxisTicks.h"
 #include "outside/plot/PlotDrawing.h"
 #include "outside/plot/UPlotX_Container.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/PainterDC.h"
 
 namespace tallyscope {

@@ -3,7 +3,7 @@
 
 #include <charconv>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 
 namespace tallyscope {
 

@@ -2,7 +2,6 @@
 #include "platform/core/StdioFile.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <exception>
 #include <utility>
 
@@ -50,6 +49,18 @@ bool CStdioFile::OpenFile(const CString& path, OpenMode mode) {
   return Fail(EISDIR);
 }
 
+bool CStdioFile::OpenText(std::string_view text) {
+  CloseFile();
+  path_.clear();
+  failure_ = {};
+  writing_ = false;
+  exceptions_ = std::uncaught_exceptions();
+  // Without a byte of its own an empty text has no address to read from. A stream to read leaves its memory alone.
+  char* const bytes = text.empty() ? nullptr : const_cast<char*>(text.data());
+  reader_.reset(::fmemopen(bytes, text.size(), "rb"));
+  return reader_ != nullptr || Fail(errno);
+}
+
 bool CStdioFile::CloseFile() {
   const auto writer = std::move(writer_);
   std::FILE* const reader = reader_.release();
@@ -66,19 +77,18 @@ bool CStdioFile::Turn(bool writing) {
   return std::fseek(reader_.get(), 0, SEEK_CUR) == 0 || Fail(errno);
 }
 
-bool CStdioFile::ReadString(CString& line) {
+bool CStdioFile::ReadString(CString& line, std::size_t most) {
   line.clear();
   if (reader_ == nullptr || !Turn(false)) return false;
-  char* found = nullptr;
-  std::size_t room = 0;
-  const auto length = ::getline(&found, &room, reader_.get());
-  const int number = errno;
-  if (length > 0) line.assign(found, static_cast<std::size_t>(length));
-  std::free(found);  // NOLINT: getline takes it from malloc
-  if (length <= 0) return std::feof(reader_.get()) == 0 && Fail(number);
-  if (line.back() != '\n') return true;
-  line.pop_back();
-  if (!line.empty() && line.back() == '\r') line.pop_back();
+  int next = 0;
+  while (line.size() < most) {
+    next = ::getc_unlocked(reader_.get());
+    if (next == EOF || next == '\n') break;
+    line.push_back(static_cast<char>(next));
+  }
+  if (next == EOF && std::ferror(reader_.get()) != 0) return Fail(errno);
+  if (next == EOF && line.empty()) return false;
+  if (next == '\n' && line.ends_with('\r')) line.pop_back();
   return true;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -28,13 +29,15 @@ class CStdioFile {
   // Write creates the file or replaces it; read and write needs one that exists and changes it in place. A file still
   // open here is closed first.
   bool OpenFile(const CString& path, OpenMode mode);
+  // Reads from memory in place of a file. The text must outlive the reading.
+  bool OpenText(std::string_view text);
   bool IsOpen() const { return reader_ != nullptr || writer_ != nullptr; }
   // False when anything went wrong since OpenFile; GetFailure tells what.
   bool CloseFile();
 
-  // The next line without its end, which is "\n" or "\r\n" (the last line may lack it). False at the end of the file,
-  // or when reading fails.
-  bool ReadString(CString& line);
+  // The next line without its end, which is "\n" or "\r\n" (the last line may lack it), or the first `most` bytes of
+  // it: the rest then comes as the next line. False at the end of the file, or when reading fails.
+  bool ReadString(CString& line, std::size_t most = CString::npos);
   // False once anything went wrong.
   bool WriteString(std::string_view text);
 

@@ -8,7 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/Modal.h"
 #include "platform/ui/PlainText.h"
 

@@ -24,7 +24,7 @@ class CDataExchange {
 // Text of a QLabel, QLineEdit or read-only figure.
 void DDX_Text(CDataExchange* exchange, int id, CString& value);
 void DDX_Text(CDataExchange* exchange, int id, int& value);
-// "%.*g" in the user's number characters; typed text is read by ParseStrict (files/NumberText.h).
+// "%.*g" in the user's number characters; typed text is read by ParseStrict (platform/core/NumberText.h).
 void DDX_Number(CDataExchange* exchange, int id, double& value, int precision = 15);
 void DDX_Number(CDataExchange* exchange, int id, float& value, int precision = 6);
 void DDX_Check(CDataExchange* exchange, int id, bool& value);   // QAbstractButton

@@ -48,6 +48,7 @@ TEST(DSPHistogram, GivesTheCumulativeFraction) {
         ASSERT_EQ(apart.samples[at], expected) << t;
         ASSERT_EQ(band.nulls.Get(t), before.nulls.Get(t));
       }
+      EXPECT_EQ(band.samples[7], 0) << "what is no number";
     }
   }
 }

@@ -172,6 +172,15 @@ class Impatient : public CDSPProgress {
   int patience_;
 };
 
+TEST(DSPProcess, WithoutStorageItFails) {
+  CDSPLog log;
+  CDSPProcess process;
+  process.storage = nullptr;
+  EXPECT_FALSE(process.Run(nullptr));
+  process.Append(log);
+  EXPECT_FALSE(process.Run(nullptr));
+}
+
 TEST(DSPProcess, AStoppedStepFailsAndKeepsItsDirection) {
   TestBand band(std::vector<double>(12, 1));
   CDSPData data;

@@ -108,6 +108,7 @@ TEST(ConditioningArchive, ALyingCountFailsWithoutRoomBeingMade) {
     EXPECT_EQ(rules.nullValues.size(), 2u) << "as it was";
     EXPECT_EQ(rules.capMaximum, 1234.5678) << "nothing behind it";
     EXPECT_FALSE(Load(rules, Joined([&](CArchive& a) { a << 2 << 1.0 << 0 << count << 0 << 5.0 << 6.0; })));
+    EXPECT_FALSE(Load(rules, Joined([&](CArchive& a) { a << 2, WriteVersion1(a), a << 1 << count << 0 << 8; })));
   }
   CStats_Conditioning rules;
   EXPECT_FALSE(Load(rules, Joined([](CArchive& a) { a << -1, WriteVersion0(a); })));
@@ -115,12 +116,13 @@ TEST(ConditioningArchive, ALyingCountFailsWithoutRoomBeingMade) {
 
 // Types and parameters of any kind load; what they mean is decided later.
 TEST(ConditioningArchive, OperatorsOfUnknownTypesComeBackAsTheyAre) {
-  CStats_Conditioning rules;
+  auto rules = FullRules(1);
   ASSERT_TRUE(Load(rules, Joined([](CArchive& a) {
                      a << 2, WriteVersion1(a);
                      a << 1 << 2 << 0 << 99 << std::uint16_t{8} << 1;
                      a << std::uint8_t{'x'} << 0 << 8 << std::uint16_t{3} << 5;
                    })));
+  ASSERT_EQ(rules.GetOperatorCount(), 2) << "in place of those that were there";
   EXPECT_EQ(rules.operators[0].GetType(), 99);
   EXPECT_EQ(rules.operators[0].GetValue().GetText(), "x");
   EXPECT_EQ(rules.operators[1].GetValueS(), "5") << "a scale that was kept as a whole number";

@@ -3,14 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include "tests/conditioning/ConditioningTesting.h"
 #include "tests/support/Scratch.h"
@@ -155,6 +148,43 @@ TEST(ConditioningFile, FilesHoldTheText) {
   EXPECT_TRUE(IsIdentical(loaded, ParseConditioning(ReadAll(path)))) << "both ways of reading are one";
 }
 
+TEST(ConditioningFile, BothWaysOfReadingEndLinesAlike) {
+  const CScratch scratch;
+  for (const CString tail : {"", "\n", "\r\n", "\r", "\r\r\n", "\n\r", "\rNullValue = 7\r"}) {
+    for (const CString& text : {"DataType = STRING\nNullValue = a" + tail, "Operator = AGC" + tail, tail}) {
+      CStats_Conditioning loaded;
+      CString error;
+      ASSERT_TRUE(LoadConditioning(scratch.Write("a.dcf", text), loaded, error));
+      EXPECT_TRUE(IsIdentical(loaded, ParseConditioning(text))) << testing::PrintToString(text);
+    }
+  }
+}
+
+TEST(ConditioningFile, ReadersTellOfLinesThatSayNothing) {
+  const CScratch scratch;
+  const struct {
+    const char* text;
+    int good;
+    int firstOdd;
+    const char* oddText;
+  } rows[] = {{"", 0, 0, ""},
+              {"! a comment\n\n  # another\n", 0, 0, ""},
+              {"DataType = NUMERIC\nNullValue = 5", 2, 0, ""},
+              {"x,y,v\n1,2,3\n", 0, 1, "x,y,v"},
+              {"! rules\n\nNullValue\nCapMinimum = TRUE,1\nShade = 3\r\n", 1, 3, "NullValue"},
+              {"ConvertValueRange2Null = 1,\n", 0, 1, "ConvertValueRange2Null = 1,"},
+              {"Operator = Blur\n", 0, 1, "Operator = Blur"}};
+  for (const auto& row : rows) {
+    CStats_Conditioning rules;
+    ConditioningFileLines lines;
+    CString error;
+    ASSERT_TRUE(LoadConditioning(scratch.Write("a.dcf", row.text), rules, lines, error));
+    EXPECT_EQ(lines.good, row.good) << row.text;
+    EXPECT_EQ(lines.firstOdd, row.firstOdd) << row.text;
+    EXPECT_EQ(lines.oddText, row.oddText);
+  }
+}
+
 TEST(ConditioningFile, FailuresSayWhyAndChangeNothing) {
   const CScratch scratch;
   auto rules = FullRules(1);
@@ -163,28 +193,12 @@ TEST(ConditioningFile, FailuresSayWhyAndChangeNothing) {
   EXPECT_NE(error.find("The file does not exist."), CString::npos) << error;
   EXPECT_FALSE(LoadConditioning(scratch.folder, rules, error));
   EXPECT_NE(error.find("This is a directory"), CString::npos) << error;
+  const auto wide = scratch.Write("wide.dcf", "NullValue = 7\nNullValue = " + CString(2 << 20, '8') + "\n");
+  EXPECT_FALSE(LoadConditioning(wide, rules, error));
+  EXPECT_NE(error.find("A line of it is longer than 1 MB."), CString::npos) << error;
   EXPECT_TRUE(IsIdentical(rules, FullRules(1)));
   EXPECT_FALSE(SaveConditioning(scratch.Path("no/x.dcf"), rules, error));
   EXPECT_NE(error.find("An error occurred writing to the file"), CString::npos) << error;
-}
-
-TEST(ConditioningFile, AFullDiskLeavesTheOldFile) {
-  const CScratch scratch;
-  const CString path = scratch.Path("old.dcf");
-  std::ofstream(path) << "old\n";
-  rlimit before{};
-  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{16, before.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-  CString error;
-  const bool saved = SaveConditioning(path, FullRules(1), error);
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_FALSE(saved);
-  EXPECT_NE(error.find("disk is full"), CString::npos) << error;
-  EXPECT_EQ(ReadAll(path), "old\n");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(scratch.folder), {}), 1) << "nothing left beside it";
 }
 
 }  // namespace

@@ -25,13 +25,17 @@ CString Text(XMLElement& element) {
   return text;
 }
 
-// A document with a "Conditioning" of these attributes and children.
+// A document with a "Conditioning" of these attributes and child elements, a text of "<...>" each.
 class CDocument {
  public:
-  CDocument(const CString& attributes, const std::vector<CString>& children) : root(nullptr, "Document", 0) {
+  CDocument(const CString& attributes, const CString& children) : root(nullptr, "Document", 0) {
     auto* element = new XMLElement(&root, ("<Conditioning " + attributes + ">").c_str(), 0);
     root.AddElement(element);
-    for (const auto& child : children) element->AddElement(new XMLElement(element, child.c_str(), 0));
+    for (std::size_t at = 0; at < children.size();) {
+      const auto end = children.find('>', at) + 1;
+      element->AddElement(new XMLElement(element, children.substr(at, end - at).c_str(), 0));
+      at = end;
+    }
   }
   XMLElement root;
 };
@@ -87,99 +91,41 @@ TEST(ConditioningXml, SixDecimalsAreAChangeForWhatHasMore) {
 }
 
 TEST(ConditioningXml, ReadsWhatIsThere) {
-  using Check = std::function<bool(const CStats_Conditioning&)>;
-  const auto full = [] {
+  using Rules = const CStats_Conditioning&;
+  const CString lists = "<NullValue Value=\"7\"><NullRange Min=\"1\" Max=\"2\">";
+  const CString scale = "<Operator Type=\"Scale\" Param=\"2\">";
+  const CString same = lists + scale;
+  const struct {
+    CString attributes, children;
+    int changed;
+    std::function<bool(Rules)> holds;
+  } cases[] = {
+      {"", same, 0, [](Rules) { return true; }},
+      {"CapAbove=\"on\"", same, 1, [](Rules r) { return r.capMaximumOn; }},
+      {"CapAbove=\"yes\"", same, 0, [](Rules r) { return !r.capMaximumOn; }},
+      {"CapAboveValue=\"100.000000001\"", same, 0, [](Rules r) { return r.capMaximum == 100; }},
+      {"BkgndValue=\"2.5 m\"", same, 1, [](Rules r) { return r.backgroundValue == 2.5 && r.capMaximum == 100; }},
+      {"ConvertNullToBkgnd=\"ON\" BkgndValue=\"-1e32\"", same, 1, [](Rules r) { return r.convertToBackground; }},
+      {"", "", 1, [](Rules r) { return r.nullValues.empty() && r.nullRanges.empty() && r.operators.empty(); }},
+      {"", "<NULLVALUE Value=\"7\"><nullrange Min=\"1\" Max=\"2\">" + scale, 0, [](Rules) { return true; }},
+      {"", same + "<NullRange Min=\"5\"><NullValue>", 0, [](Rules r) { return r.nullRanges.size() == 1; }},
+      {"", "<NullValue Value=\"8\">" + scale, 1,
+       [](Rules r) { return r.nullValues == std::vector<double>{8} && r.nullRanges.empty(); }},
+      {"", "<NullRange Min=\"1\" Max=\"3\">", 1, [](Rules r) { return r.nullRanges[0].maximum == 3; }},
+      {"", lists + "<Operator Type=\"Scale\" Param=\"2\" Band=\"1\">", 1,
+       [](Rules r) { return r.operators[0].GetBand() == 1; }},
+      {"", lists + "<Operator Type=\"horizontal difference\">", 1,
+       [](Rules r) { return r.operators[0].GetValueS() == "4"; }},
+      {"", lists + "<Operator Type=\"Detrend\" Param=\"3\">", 1,
+       [](Rules r) { return r.operators[0].GetValue().GetType() == VT_NULL; }},
+      {"", lists + "<Operator Param=\"2\">", 1, [](Rules r) { return r.operators[0].GetType() == Op::kNone; }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.attributes + c.children);
     CStats_Conditioning rules;
     rules.AddNULLValue(7);
     rules.AddNULLRange(1, 2);
     rules.AddOperator(Op::kScale, "2");
-    return rules;
-  };
-  const CString value = "<NullValue Value=\"7\">";
-  const CString range = "<NullRange Min=\"1\" Max=\"2\">";
-  const CString scale = "<Operator Type=\"Scale\" Param=\"2\">";
-  struct Case {
-    const char* name;
-    CString attributes;
-    std::vector<CString> children;
-    int changed;
-    Check holds;
-  };
-  for (const Case& c : {
-           Case{"the same", "", {value, range, scale}, 0, [](const auto&) { return true; }},
-           Case{"on in lower case",
-                "CapAbove=\"on\"",
-                {value, range, scale},
-                1,
-                [](const auto& r) { return r.capMaximumOn; }},
-           Case{"any other word",
-                "CapAbove=\"yes\"",
-                {value, range, scale},
-                0,
-                [](const auto& r) { return !r.capMaximumOn; }},
-           Case{"near enough",
-                "CapAboveValue=\"100.000000001\"",
-                {value, range, scale},
-                0,
-                [](const auto& r) { return r.capMaximum == 100; }},
-           Case{"one setting",
-                "BkgndValue=\"2.5 m\"",
-                {value, range, scale},
-                1,
-                [](const auto& r) { return r.backgroundValue == 2.5 && r.capMaximum == 100; }},
-           Case{"a background that is the null",
-                "ConvertNullToBkgnd=\"ON\" BkgndValue=\"-1e32\"",
-                {value, range, scale},
-                1,
-                [](const auto& r) { return r.convertToBackground; }},
-           Case{"no children",
-                "",
-                {},
-                1,
-                [](const auto& r) { return r.nullValues.empty() && r.nullRanges.empty() && r.operators.empty(); }},
-           Case{"names in any case",
-                "",
-                {"<NULLVALUE Value=\"7\">", "<nullrange Min=\"1\" Max=\"2\">", scale},
-                0,
-                [](const auto&) { return true; }},
-           Case{"half a range",
-                "",
-                {value, range, scale, "<NullRange Min=\"5\">", "<NullValue>"},
-                0,
-                [](const auto& r) { return r.nullRanges.size() == 1; }},
-           Case{"another value",
-                "",
-                {"<NullValue Value=\"8\">", range, scale},
-                1,
-                [](const auto& r) { return r.nullValues == std::vector<double>{8}; }},
-           Case{"another range",
-                "",
-                {value, "<NullRange Min=\"1\" Max=\"3\">", scale},
-                1,
-                [](const auto& r) { return r.nullRanges[0].maximum == 3; }},
-           Case{"another band",
-                "",
-                {value, range, "<Operator Type=\"Scale\" Param=\"2\" Band=\"1\">"},
-                1,
-                [](const auto& r) { return r.operators[0].GetBand() == 1; }},
-           Case{"the preset",
-                "",
-                {value, range, "<Operator Type=\"horizontal difference\">"},
-                1,
-                [](const auto& r) { return r.operators[0].GetValueS() == "4"; }},
-           Case{"no parameter to take",
-                "",
-                {value, range, "<Operator Type=\"Detrend\" Param=\"3\">"},
-                1,
-                [](const auto& r) { return r.operators[0].GetValue().GetType() == VT_NULL; }},
-           Case{"no type",
-                "",
-                {value, range, "<Operator Param=\"2\">"},
-                1,
-                [](const auto& r) { return r.operators[0].GetType() == Op::kNone; }},
-       }) {
-    SCOPED_TRACE(c.name);
-    auto rules = full();
     CDocument document(c.attributes, c.children);
     EXPECT_EQ(rules.SetProperties(&document.root), c.changed);
     EXPECT_TRUE(c.holds(rules));

@@ -74,6 +74,26 @@ TEST_F(TextFile, ReadsLinesOfEveryEndingIntoTokens) {
   EXPECT_FALSE(file.IsFailed());
 }
 
+TEST_F(TextFile, ALineEndsAtAMegabyte) {
+  constexpr std::size_t kMost = CUTextFile::kMostOfLine;
+  Put("a.txt", "one\n" + CString(kMost, 'x') + "\n" + CString(kMost + 1, 'y') + "\nlast\n");
+  CUTextFile file;
+  ASSERT_TRUE(file.Open(Path("a.txt"), 1, 0, 0));
+  ASSERT_TRUE(file.ReadLine() && file.ReadLine());
+  EXPECT_EQ(file.GetToken(0).size(), kMost);
+  const CString sentence =
+      "An error occurred reading from the file \"" + FullPath("a.txt") + "\".\nA line of it is longer than 1 MB.";
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_FALSE(file.ReadLine()) << "the rest is no line";
+    EXPECT_EQ(file.GetTokenCount(), 0);
+    EXPECT_EQ(file.GetErrorText(), sentence);
+  }
+  EXPECT_FALSE(file.Close());
+  EXPECT_TRUE(file.IsFailed());
+  ASSERT_TRUE(file.Open(Path("a.txt"), 1, 0, 0));
+  EXPECT_TRUE(file.ReadLine() && file.GetErrorText().empty()) << "forgotten by the next file";
+}
+
 TEST_F(TextFile, IsWrittenWholeOrNotAtAll) {
   Put("a.txt", "old");
   CUTextFile file;
@@ -224,6 +244,8 @@ TEST(FileErrors, EveryCauseHasItsSentence) {
   EXPECT_EQ(said(5, modeRead, "/no/such"),
             "Access denied. Check that you have permission\nto read the directory and use the file.");
   EXPECT_EQ(said(5, modeReadWrite, "/no/such"),
+            "Access denied. Check that you have permission\nto read the directory and use the file.");
+  EXPECT_EQ(said(5, modeWrite, "/no/such"),
             "Check that you have permission to write\nto the directory and that the disk is\nnot write-protected or "
             "read-only media.");
   EXPECT_EQ(said(5, modeWrite, "/dev/null"), "The file is a special system file.");

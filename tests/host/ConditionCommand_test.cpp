@@ -173,6 +173,7 @@ TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
   const auto rules = scratch.Write("rules.dcf", kRules);
   const auto texts = scratch.Write("texts.dcf", "DataType = STRING\n");
   const auto wide = scratch.Write("wide.dcf", "Allow_Operators = TRUE\nOperator = Gaussian,10\n");
+  const auto broad = scratch.Write("broad.dcf", std::string(2 << 20, ','));
   const auto none = scratch.Path("none");
   struct Case {
     std::vector<CString> arguments;
@@ -193,6 +194,8 @@ TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
            Case{{"--json", "-o", "-"}, kExitWrongCall, "standard output"},
            Case{{"--rules", none}, kExitBadInput, "The file does not exist."},
            Case{{"--rules", wide}, kExitBadInput, "wide.dcf: Gaussian can't have the width 10"},
+           Case{{"--rules", broad}, kExitBadInput, "A line of it is longer than 1 MB."},
+           Case{{"--rules", file}, kExitBadInput, "table.csv, line 1: 'x,y,v,w' is no line of rules; 'DataType = "},
            Case{{"--rules", texts}, kExitBadInput, "v holds numbers, but "},
            Case{{"--save-rules", none + "/x.dcf"}, kExitBadInput, "An error occurred writing to the file"},
            Case{{"-o", none + "/x.csv"}, kExitBadInput, "can't be written"},
@@ -208,6 +211,18 @@ TEST(ConditionCommand, RefusalsSayWhatIsWrong) {
   EXPECT_NE(text.err.find("w holds texts: operators work on numbers."), std::string::npos) << text.err;
   const Answer mixed = RunProgram({"condition", file, "--field", "w", "--rules", rules});
   EXPECT_NE(mixed.err.find("w holds texts, but "), std::string::npos) << mixed.err;
+}
+
+TEST(ConditionCommand, ALineThatSaysNothingIsTold) {
+  const CScratch scratch;
+  const auto file = scratch.Write("table.csv", kTable);
+  const auto rules = scratch.Write("rules.dcf", std::string(kRules) + "\nCapMaximun = TRUE,5\n");
+  const Answer answer = RunProgram({"condition", file, "--field", "v", "--rules", rules});
+  EXPECT_EQ(answer.code, kExitDone);
+  EXPECT_NE(answer.err.find("rules.dcf, line 8: 'CapMaximun = TRUE,5' says nothing to rules and is skipped.\n"),
+            std::string::npos)
+      << answer.err;
+  EXPECT_EQ(RunProgram({"condition", file, "--field", "v", "--rules", scratch.Write("none.dcf", "! none\n")}).err, "");
 }
 
 TEST(OperatorsCommand, ListsTheCatalogue) {

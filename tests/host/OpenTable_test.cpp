@@ -62,8 +62,7 @@ TEST(TableFormats, AreToldByTheFirstBytes) {
                          Row{"\xEF\xBB\xBF"
                              "a,b,c\n1,2,3\n",
                              "delimited text", 3},
-                         Row{"v\n1\n", "delimited text", 1},
-                         Row{"?", "delimited text", 0}}) {
+                         Row{"v\n1\n", "delimited text", 1}, Row{"?", "delimited text", 0}}) {
     SCOPED_TRACE(row.bytes);
     CTextSource source(row.bytes);
     const auto& format = FindTableFormat(source);

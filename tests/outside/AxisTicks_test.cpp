@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "files/NumberText.h"
 #include "outside/plot/AxisTicks.h"
+#include "platform/core/NumberText.h"
 
 namespace tallyscope {
 namespace {

@@ -11,7 +11,7 @@
 #include <QTest>
 #include <QVBoxLayout>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/Dialog.h"
 #include "tests/support/ScriptedModal.h"
 

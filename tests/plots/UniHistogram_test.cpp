@@ -7,8 +7,8 @@
 #include <numeric>
 #include <random>
 
-#include "files/NumberText.h"
 #include "outside/plot/PlotListener.h"
+#include "platform/core/NumberText.h"
 #include "plots/UPlotX_Uni_Histogram.h"
 #include "statistics/Stats_RgnIndexList.h"
 #include "statistics/Stats_RgnInvert.h"

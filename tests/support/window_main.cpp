@@ -7,7 +7,7 @@
 
 #include <QApplication>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/WinApp.h"
 
 // Window tests keep their settings in memory and show numbers with a point, unless a test sets the characters.

@@ -14,9 +14,9 @@
 #include <QScrollBar>
 #include <QTextDocument>
 
-#include "files/NumberText.h"
 #include "gridctrl/GridCtrl.h"
 #include "platform/core/Messages.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/Modal.h"
 #include "statistics/Stats_Bivariate.h"
 #include "tests/support/ScriptedModal.h"

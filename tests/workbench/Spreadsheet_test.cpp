@@ -6,8 +6,8 @@
 #include <QMouseEvent>
 #include <QTest>
 
-#include "files/NumberText.h"
 #include "platform/core/Messages.h"
+#include "platform/core/NumberText.h"
 #include "platform/ui/Menu.h"
 #include "platform/ui/Modal.h"
 #include "tests/support/ScriptedModal.h"

@@ -6,7 +6,7 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"

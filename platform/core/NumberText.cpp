@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "files/NumberText.h"
+#include "platform/core/NumberText.h"
 
 #include <algorithm>
 #include <charconv>

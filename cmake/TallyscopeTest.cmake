@@ -1,0 +1,42 @@
+# SPDX-License-Identifier: MIT
+# tallyscope_test(<folder> [WINDOW | REAL_WINDOW] [THREADS] SOURCES ... [LIBRARIES ...]): one test binary, run in the C
+# locale and again in one with a decimal comma. WINDOW tests run on Qt's offscreen platform, and again at scale 2;
+# REAL_WINDOW tests run under a virtual X server. THREADS tests carry the label "threads", and run under ThreadSanitizer
+# by ./dev tsan, which builds the target thread_tests.
+add_custom_target(thread_tests)
+
+function(tallyscope_test folder)
+  cmake_parse_arguments(ARG "WINDOW;REAL_WINDOW;THREADS" "" "SOURCES;LIBRARIES" ${ARGN})
+  set(target ${folder}_tests)
+  add_executable(${target} ${ARG_SOURCES})
+  tallyscope_unity(${target} ${ARG_SOURCES})
+  if(ARG_WINDOW OR ARG_REAL_WINDOW)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/window_main.cpp)
+  else()
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/core_main.cpp)
+  endif()
+  if(CMAKE_BUILD_TYPE STREQUAL Release)
+    target_compile_options(${target} PRIVATE -O1)  # the tests' own code is short work, and half of the build
+  endif()
+  target_link_libraries(${target} PRIVATE ${ARG_LIBRARIES} tallyscope_core GTest::gtest)
+  set(data "TALLYSCOPE_TEST_DATA=${CMAKE_CURRENT_SOURCE_DIR};TALLYSCOPE_EXAMPLES=${PROJECT_SOURCE_DIR}/examples;TALLYSCOPE_TREE=${PROJECT_SOURCE_DIR}")
+  if(ARG_REAL_WINDOW)
+    find_program(XVFB_RUN xvfb-run REQUIRED)
+    add_test(NAME ${folder} COMMAND ${XVFB_RUN} -a -s "-screen 0 1600x1200x24" $<TARGET_FILE:${target}>)
+    set_tests_properties(${folder} PROPERTIES TIMEOUT 240 ENVIRONMENT "QT_QPA_PLATFORM=xcb;${data}")
+    return()
+  endif()
+  if(ARG_WINDOW)
+    list(APPEND data "QT_QPA_PLATFORM=offscreen")
+    add_test(NAME ${folder}.scale2 COMMAND ${target})
+    set_tests_properties(${folder}.scale2 PROPERTIES TIMEOUT 240 ENVIRONMENT "${data};QT_SCALE_FACTOR=2")
+  endif()
+  add_test(NAME ${folder} COMMAND ${target})
+  add_test(NAME ${folder}.comma COMMAND ${target})
+  set_tests_properties(${folder} PROPERTIES TIMEOUT 240 ENVIRONMENT "${data}")
+  if(ARG_THREADS)
+    add_dependencies(thread_tests ${target})
+    set_tests_properties(${folder} PROPERTIES LABELS threads)
+  endif()
+  set_tests_properties(${folder}.comma PROPERTIES TIMEOUT 240 ENVIRONMENT "${data};TALLYSCOPE_LOCALE=de_DE.UTF-8")
+endfunction()
