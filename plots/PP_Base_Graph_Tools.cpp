@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The tools of a graph page.
 #include <QComboBox>
+#include <QToolButton>
 
+#include "platform/ui/DataExchange.h"
 #include "plots/GraphControls.h"
 #include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Tallyscope.h"
@@ -12,14 +14,17 @@
 
 namespace tallyscope {
 
-using Container = CUPlotX_Container;
-using Page = CPP_Base_Graph;
-
 namespace {
 
-// The tools of which one is on at a time.
-constexpr bool Page::*kExclusive[] = {&Page::zoomIn, &Page::zoomOut,    &Page::pan,
-                                      &Page::select, &Page::selectRect, &Page::selectPoly};
+constexpr struct {
+  int id;
+  PlotTool::Kind kind;
+} kToolButtons[] = {{kGraphZoomIn, PlotTool::kZoomIn},
+                    {kGraphZoomOut, PlotTool::kZoomOut},
+                    {kGraphPan, PlotTool::kPan},
+                    {kGraphSelect, PlotTool::kPointer},
+                    {kGraphSelectRect, PlotTool::kRectangle},
+                    {kGraphSelectPoly, PlotTool::kPolygon}};
 
 template <class Region>
 std::unique_ptr<CStats_Rgn> MakeWhole(CStats_Spatial& spatial) {
@@ -31,38 +36,33 @@ std::unique_ptr<CStats_Rgn> MakeWhole(CStats_Spatial& spatial) {
 
 }  // namespace
 
-void CPP_Base_Graph::UseNoOtherTool(bool CPP_Base_Graph::*tool) {
-  for (const auto each : kExclusive) {
-    if (each != tool) this->*each = false;
-  }
+// The buttons show what the container has.
+void CPP_Base_Graph::ShowTools(CDataExchange* exchange) {
+  const PlotTool& tool = container_.GetTool();
+  const auto show = [&](int id, bool on) { DDX_Check(exchange, id, on); };
+  show(kGraphZoomH, container_.GetZoomAxes() == 1);
+  for (const auto& [id, kind] : kToolButtons) show(id, tool.kind == kind);
+  show(kGraphExclude, tool.exclude);
+}
+
+void CPP_Base_Graph::PutTool(PlotTool::Kind kind, bool on) {
+  container_.SetTool(container_.GetTool().WithButton(kind, on));
 }
 
 void CPP_Base_Graph::SetZoomH(int on, bool) {
-  zoomH = on != 0;
-  container_.SetZoomAxes(zoomH ? 1 : 3);
+  container_.SetZoomAxes(on != 0 ? 1 : 3);
 }
 
-// A tool of the view that goes off leaves the pointer on when the user did it, and nothing while settings are read.
-void CPP_Base_Graph::SetViewTool(bool CPP_Base_Graph::*tool, int mode, bool on, bool force) {
-  this->*tool = on;
-  if (!on && !force) return;
-  if (!on) select = true;
-  const bool pointer = select;
-  UseNoOtherTool(tool);
-  select = on ? false : pointer;
-  container_.SetCursorMode(on ? mode : Container::ePointer);
+void CPP_Base_Graph::SetZoomIn(int on, bool) {
+  PutTool(PlotTool::kZoomIn, on != 0);
 }
 
-void CPP_Base_Graph::SetZoomIn(int on, bool force) {
-  SetViewTool(&Page::zoomIn, Container::eZoomIn, on != 0, force);
+void CPP_Base_Graph::SetZoomOut(int on, bool) {
+  PutTool(PlotTool::kZoomOut, on != 0);
 }
 
-void CPP_Base_Graph::SetZoomOut(int on, bool force) {
-  SetViewTool(&Page::zoomOut, Container::eZoomOut, on != 0, force);
-}
-
-void CPP_Base_Graph::SetPan(int on, bool force) {
-  SetViewTool(&Page::pan, Container::ePan, on != 0, force);
+void CPP_Base_Graph::SetPan(int on, bool) {
+  PutTool(PlotTool::kPan, on != 0);
 }
 
 void CPP_Base_Graph::SetZoomFit(bool) {
@@ -70,47 +70,33 @@ void CPP_Base_Graph::SetZoomFit(bool) {
 }
 
 void CPP_Base_Graph::SetSelect(int on, bool) {
-  select = on != 0;
-  if (!select) return;
-  UseNoOtherTool(&Page::select);
-  container_.SetCursorMode(Container::ePointer);
+  PutTool(PlotTool::kPointer, on != 0);
 }
 
 void CPP_Base_Graph::SetSelectRect(int on, bool) {
-  selectRect = on != 0;
-  if (!selectRect) return;
-  UseNoOtherTool(&Page::selectRect);
-  container_.SetCursorMode(selectExclude ? Container::eRectangleExclude : Container::eRectangle);
+  PutTool(PlotTool::kRectangle, on != 0);
 }
 
 void CPP_Base_Graph::SetSelectPoly(int on, bool) {
-  selectPoly = on != 0;
-  if (!selectPoly) return;
-  UseNoOtherTool(&Page::selectPoly);
-  container_.SetCursorMode(selectExclude ? Container::ePolygonExclude : Container::ePolygon);
+  PutTool(PlotTool::kPolygon, on != 0);
 }
 
 void CPP_Base_Graph::SetSelectExclude(int on, bool) {
-  selectExclude = on != 0;
-  if (selectRect) container_.SetCursorMode(selectExclude ? Container::eRectangleExclude : Container::eRectangle);
-  if (selectPoly) container_.SetCursorMode(selectExclude ? Container::ePolygonExclude : Container::ePolygon);
+  PlotTool tool = container_.GetTool();
+  tool.exclude = on != 0;
+  container_.SetTool(tool);
 }
 
 // A tool that is pressed again goes off; the pointer takes its place, since one is always on.
-void CPP_Base_Graph::UseTool(void (CPP_Base_Graph::*set)(int, bool), bool CPP_Base_Graph::*state) {
+void CPP_Base_Graph::UseTool(int id, void (CPP_Base_Graph::*set)(int, bool)) {
   UpdateData(true);
-  (this->*set)(this->*state ? 1 : 0, true);
-  bool any = false;
-  for (const auto each : kExclusive) any = any || this->*each;
-  if (!any) SetSelect(1, true);
+  (this->*set)(GetControl<QToolButton>(id)->isChecked() ? 1 : 0, true);
   UpdateData(false);
   SetDataChanged(1, 1);
 }
 
 void CPP_Base_Graph::OnExclude() {
-  UpdateData(true);
-  SetSelectExclude(selectExclude ? 1 : 0, true);
-  SetDataChanged(1, 1);
+  UseTool(kGraphExclude, &CPP_Base_Graph::SetSelectExclude);
 }
 
 // The selection.

@@ -12,7 +12,7 @@ CPP_Bivariate_Scatter::~CPP_Bivariate_Scatter() = default;
 
 void CPP_Bivariate_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
-  SetZoomAxes(3);
+  GetContainer().SetZoomAxes(3);
   plot_.TakeExtents();
   FinishInitialise();
 }

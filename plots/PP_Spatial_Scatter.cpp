@@ -11,7 +11,7 @@ CPP_Spatial_Scatter::~CPP_Spatial_Scatter() = default;
 
 void CPP_Spatial_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
-  SetZoomAxes(3);
+  GetContainer().SetZoomAxes(3);
   plot_.TakeExtents();
   FinishInitialise();
 }

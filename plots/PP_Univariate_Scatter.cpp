@@ -11,7 +11,7 @@ CPP_Univariate_Scatter::CPP_Univariate_Scatter() : CPP_Base_Graph(kPageUnivariat
 void CPP_Univariate_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
   HideSize();
-  SetZoomAxes(1);
+  GetContainer().SetZoomAxes(1);
   SetTip(kGraphSelectPoly, "Polygon selection: not on a trace; a rectangle selects stations here");
   plot_.TakeExtents();
   FinishInitialise();

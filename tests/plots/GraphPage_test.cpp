@@ -143,7 +143,7 @@ TEST_F(GraphPage, TheViewComesBackWhileSessionAndFieldStay) {
   EXPECT_EQ(Page(dialog).GetPlot()->colourDim, 1);
 
   dialog.ChooseKey("Zn");
-  EXPECT_TRUE(Page(dialog).dim1Changed && !Page(dialog).sessionChanged && Page(dialog).resetView);
+  EXPECT_TRUE(Page(dialog).viewChange.dim1 && !Page(dialog).viewChange.session && Page(dialog).resetView);
   EXPECT_EQ(Pressed(Page(dialog)), "pointer h");
   EXPECT_EQ(Page(dialog).GetPlot()->colourDim, kNoDim);
 }
@@ -159,13 +159,13 @@ TEST_F(GraphPage, AnotherSessionStartsAfresh) {
     profile.WriteProfileInt(kSection, "UniScatter_SELECT", 1);
     Open(dialog);
     EXPECT_FALSE(Page(dialog).resetView) << "a second field is not looked at here";
-    EXPECT_EQ(Page(dialog).dim2Changed, dim2 == 1);
+    EXPECT_EQ(Page(dialog).viewChange.dim2, dim2 == 1);
     EXPECT_EQ(Pressed(Page(dialog)), "pointer h") << "of two tools the later stays";
   }
   OpenWorkbench dialog(table);
   profile.WriteProfileInt(kSection, "UniScatter_SESSIONID", dialog.GetLevelID() + 1);
   Open(dialog);
-  EXPECT_TRUE(Page(dialog).sessionChanged && Page(dialog).resetView);
+  EXPECT_TRUE(Page(dialog).viewChange.session && Page(dialog).resetView);
 }
 
 TEST_F(GraphPage, SettingsAreKeptUnderTheirNames) {
