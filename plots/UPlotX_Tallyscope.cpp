@@ -10,11 +10,11 @@
 #include "plots/CancelNote.h"
 #include "plots/ModulationLegend.h"
 #include "plots/PlotSettings.h"
+#include "plots/StationText.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_RgnIndexRange.h"
 #include "statistics/Stats_Univariate.h"
-#include "workbench/StationText.h"
 
 namespace tallyscope {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Spatial_Scatter.h"
+#include "workbench/PP_Spatial_Scatter.h"
 
-#include "plots/GraphControls.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Bivariate_Scatter.h"
+#include "workbench/PP_Bivariate_Scatter.h"
 
-#include "plots/GraphControls.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The life of a graph page: its settings and its view.
-#include "plots/PP_Base_Graph.h"
+#include "workbench/PP_Base_Graph.h"
 
 #include <QComboBox>
 
@@ -9,14 +9,14 @@
 #include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
-#include "plots/ColourBarView.h"
-#include "plots/GraphControls.h"
 #include "plots/PlotSettings.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
+#include "workbench/ColourBarView.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/FieldBox.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 

@@ -3,9 +3,9 @@
 
 #include "outside/plot/PlotCanvas.h"
 #include "outside/plot/PlotListener.h"
-#include "plots/GraphControls.h"
 #include "plots/UPlotX_Container_Tallyscope.h"
 #include "plots/ViewRule.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PP_BaseTS.h"
 
 class QKeyEvent;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Univariate_Histogram.h"
+#include "workbench/PP_Univariate_Histogram.h"
 
-#include "plots/GraphControls.h"
 #include "statistics/Stats_Univariate.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 

@@ -4,13 +4,13 @@
 #include <QToolButton>
 
 #include "platform/ui/DataExchange.h"
-#include "plots/GraphControls.h"
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_RgnInvert.h"
 #include "statistics/Stats_RgnSelAll.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Base_Graph.h"
 
 namespace tallyscope {
 
