@@ -15,7 +15,7 @@ set(links_of_platform_ui folder_files folder_platform_core Qt6::Widgets Qt6::Svg
 set(links_of_outside_colour folder_platform_core)
 set(links_of_outside_plot folder_outside_colour folder_platform_ui folder_files Qt6::PrintSupport)
 set(links_of_gridctrl folder_platform_ui)
-set(links_of_plots folder_outside_plot folder_conditioning folder_workbench)  # the last goes with tests/tree/ToGo.h
+set(links_of_plots folder_outside_plot folder_conditioning)
 set(links_of_workbench folder_plots folder_gridctrl)
 
 # clang counts sign conversions among -Wconversion, g++ doesn't. A neighbour's name in an unnamed namespace isn't one that

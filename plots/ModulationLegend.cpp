@@ -10,9 +10,9 @@
 #include "outside/plot/PlotDrawing.h"
 #include "outside/plot/Span.h"
 #include "platform/ui/PainterDC.h"
+#include "plots/StationText.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/StationText.h"
 
 namespace tallyscope {
 

@@ -12,10 +12,10 @@
 #include "plots/PolygonThinning.h"
 #include "plots/StationWalk.h"
 #include "spatial/Stats_PointSearch.h"
+#include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_RgnPoly.h"
 #include "statistics/Stats_RgnRect.h"
-#include "workbench/DimIndex.h"
 
 namespace tallyscope {
 

@@ -1,47 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "plots/UPlotX_Tallyscope.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "outside/colour/ColourTables.h"
 #include "outside/plot/UPlotX_Container.h"
 #include "platform/ui/WinApp.h"
 #include "plots/CancelNote.h"
 #include "plots/ModulationLegend.h"
+#include "plots/PlotSettings.h"
+#include "plots/StationText.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_RgnIndexRange.h"
 #include "statistics/Stats_Univariate.h"
-#include "workbench/StationText.h"
 
 namespace tallyscope {
-
-namespace {
-
-constexpr const char* kSection = "UPlotXControls";
-
-// The six ends of a box under `prefix` and these letters.
-struct BoxKey {
-  const char* key;
-  std::size_t axis;
-  Point3 Box::*corner;
-};
-constexpr BoxKey kBoxKeys[] = {{"L", 0, &Box::min}, {"R", 0, &Box::max}, {"B", 1, &Box::min},
-                               {"T", 1, &Box::max}, {"N", 2, &Box::min}, {"F", 2, &Box::max}};
-constexpr const char* kAxisKeys[] = {"X", "Y", "Z"};
-
-void WriteBox(const CString& prefix, const Box& box) {
-  for (const auto& each : kBoxKeys) {
-    GetProfile().WriteProfileDouble(kSection, prefix + each.key, (box.*each.corner)[each.axis]);
-  }
-}
-
-void ReadBox(const CString& prefix, Box& box) {
-  for (const auto& each : kBoxKeys) {
-    auto& end = (box.*each.corner)[each.axis];
-    end = GetProfile().GetProfileDouble(kSection, prefix + each.key, end);
-  }
-}
-
-}  // namespace
 
 CUPlotX_Tallyscope::CUPlotX_Tallyscope() : colourTable(MakeBlueToRed()) {}
 
@@ -157,27 +132,15 @@ void CUPlotX_Tallyscope::RenderSide(CDC& dc) {
 // Settings.
 
 void CUPlotX_Tallyscope::Write2Registry(const CString& prefix) {
-  auto& profile = GetProfile();
-  WriteBox(prefix + "DATAZOOM_", axisRange);
-  WriteBox(prefix + "DATAZOOMEXTENT_", GetWindowExtent());
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    profile.WriteProfileInt(kSection, prefix + "MAPPING_" + kAxisKeys[axis], maps[axis].mapping);
-    profile.WriteProfileDouble(kSection, prefix + "LOGLININT_" + kAxisKeys[axis], maps[axis].band);
-  }
+  PlotView{axisRange, GetWindowExtent(), {maps[0], maps[1], maps[2]}}.Write(GetProfile(), prefix);
 }
 
 void CUPlotX_Tallyscope::ReadFromRegistry(const CString& prefix) {
-  auto& profile = GetProfile();
-  ReadBox(prefix + "DATAZOOM_", axisRange);
-  Box window = GetWindowExtent();
-  ReadBox(prefix + "DATAZOOMEXTENT_", window);
-  PutWindowExtent(window);
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    auto& map = maps[axis];
-    map.mapping = profile.GetProfileInt(kSection, prefix + "MAPPING_" + kAxisKeys[axis], map.mapping);
-    const double band = profile.GetProfileDouble(kSection, prefix + "LOGLININT_" + kAxisKeys[axis], map.band);
-    map.band = band > 0 ? band : 1.0;
-  }
+  PlotView view{axisRange, GetWindowExtent(), {maps[0], maps[1], maps[2]}};
+  view.Read(GetProfile(), prefix);
+  axisRange = view.axisRange;
+  PutWindowExtent(view.window);
+  std::copy(std::begin(view.maps), std::end(view.maps), std::begin(maps));
 }
 
 // For subclasses.

@@ -13,14 +13,14 @@
 #include "platform/ui/Menu.h"
 #include "platform/ui/Modal.h"
 #include "platform/ui/WaitCursor.h"
+#include "plots/StationText.h"
+#include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
-#include "workbench/DimIndex.h"
 #include "workbench/Dlg_FindValue.h"
 #include "workbench/Dlg_StatsBasic.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_BaseTS.h"
-#include "workbench/StationText.h"
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {

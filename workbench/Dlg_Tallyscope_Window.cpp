@@ -20,10 +20,10 @@
 #include "platform/ui/Icon.h"
 #include "platform/ui/PlainText.h"
 #include "platform/ui/WinApp.h"
-#include "plots/GraphControls.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/FieldBox.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 

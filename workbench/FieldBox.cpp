@@ -9,8 +9,8 @@
 #include <QStringListModel>
 
 #include "platform/ui/PlainText.h"
+#include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/DimIndex.h"
 
 namespace tallyscope {
 

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "plots/PP_Bivariate_Scatter.h"
+#include "workbench/PP_Bivariate_Scatter.h"
 #include "workbench/PP_Bivariate_Stats.h"
 #include "workbench/PS_BaseTS.h"
 

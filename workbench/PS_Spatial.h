@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "plots/PP_Spatial_Scatter.h"
+#include "workbench/PP_Spatial_Scatter.h"
 #include "workbench/PP_Spatial_Stats.h"
 #include "workbench/PS_BaseTS.h"
 

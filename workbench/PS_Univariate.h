@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "plots/PP_Univariate_Histogram.h"
-#include "plots/PP_Univariate_Scatter.h"
+#include "workbench/PP_Univariate_Histogram.h"
+#include "workbench/PP_Univariate_Scatter.h"
 #include "workbench/PP_Univariate_Stats.h"
 #include "workbench/PS_BaseTS.h"
 

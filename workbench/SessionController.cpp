@@ -5,11 +5,11 @@
 
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
+#include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Region.h"
 #include "statistics/Stats_RgnIndexList.h"
 #include "statistics/Stats_RgnIndexRange.h"
-#include "workbench/DimIndex.h"
 
 namespace tallyscope {
 

@@ -139,14 +139,14 @@ QCursor CUPlotX_Container::ShowPanCursor() const {
 
 QCursor CUPlotX_Container::GetCursor(CPoint point) const {
   if (active_ == nullptr || active_->GetHitArea(point) != CUPlotX::eData) return Qt::ArrowCursor;
-  switch (mode_) {
-    case eZoomIn:
+  switch (tool_.kind) {
+    case PlotTool::kZoomIn:
       return ShowZoomInCursor();
-    case eZoomOut:
+    case PlotTool::kZoomOut:
       return ShowZoomOutCursor();
-    case ePan:
+    case PlotTool::kPan:
       return gesture_ == kDrag ? QCursor(Qt::ClosedHandCursor) : ShowPanCursor();
-    case ePointer:
+    case PlotTool::kPointer:
       return Qt::ArrowCursor;
     default:
       return Qt::CrossCursor;

@@ -7,6 +7,7 @@
 #include <QCursor>
 
 #include "outside/plot/PlotColours.h"
+#include "outside/plot/PlotTool.h"
 #include "outside/plot/UPlotX.h"
 
 namespace tallyscope {
@@ -25,12 +26,12 @@ class CProgressSink;
 class CUPlotX_Container {
  public:
   enum eCursorMode : int {
-    eZoomIn = 0,
-    eZoomOut = 1,
-    ePan = 2,
-    ePointer = 3,
-    eRectangle = 4,
-    ePolygon = 5,
+    eZoomIn = PlotTool::kZoomIn,
+    eZoomOut = PlotTool::kZoomOut,
+    ePan = PlotTool::kPan,
+    ePointer = PlotTool::kPointer,
+    eRectangle = PlotTool::kRectangle,
+    ePolygon = PlotTool::kPolygon,
     eRectangleExclude = 7,
     ePolygonExclude = 8
   };
@@ -73,12 +74,14 @@ class CUPlotX_Container {
 
   bool IsHit(CPoint point) const { return GetClientRect().PtInRect(point); }
 
-  // The gesture that the mouse makes. A change of mode ends the one under way.
-  void SetCursorMode(int mode);
-  int GetCursorMode() const { return mode_; }
-  bool IsIncluding() const { return mode_ != eRectangleExclude && mode_ != ePolygonExclude; }
-  bool IsPolygonMode() const { return mode_ == ePolygon || mode_ == ePolygonExclude; }
-  bool IsRectangleMode() const { return mode_ == eRectangle || mode_ == eRectangleExclude; }
+  // What the mouse does, as a tool or as its number. A change ends the gesture under way.
+  void SetTool(const PlotTool& tool);
+  const PlotTool& GetTool() const { return tool_; }
+  void SetCursorMode(int mode) { SetTool(tool_.WithMode(mode)); }
+  int GetCursorMode() const { return tool_.GetMode(); }
+  bool IsIncluding() const { return !tool_.IsExcluding(); }
+  bool IsPolygonMode() const { return tool_.kind == PlotTool::kPolygon; }
+  bool IsRectangleMode() const { return tool_.kind == PlotTool::kRectangle; }
   void SetZoomAxes(int axes) { zoomAxes_ = axes; }  // 1 x, 2 y, 3 both
   int GetZoomAxes() const { return zoomAxes_; }
 
@@ -120,7 +123,7 @@ class CUPlotX_Container {
   CSize size_{100, 100};
   std::vector<CUPlotX*> plots_;
   CUPlotX* active_ = nullptr;
-  int mode_ = ePointer;
+  PlotTool tool_;
   int zoomAxes_ = 3;
   Gesture gesture_ = kNone;
   bool lasso_ = false;  // the polygon is being drawn with the button down

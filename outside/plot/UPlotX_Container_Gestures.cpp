@@ -39,13 +39,13 @@ void DrawBandLine(CDC& dc, const std::vector<DrawPoint>& points) {
 
 }  // namespace
 
-void CUPlotX_Container::SetCursorMode(int mode) {
-  if (mode != mode_) {
+void CUPlotX_Container::SetTool(const PlotTool& tool) {
+  if (tool.GetMode() != tool_.GetMode()) {
     if (gesture_ == kPick && active_ != nullptr) active_->CancelSelect(last_, true);
     gesture_ = kNone;
     EndPolygon();
   }
-  mode_ = mode;
+  tool_ = tool;
   InvalidateOver();
 }
 
@@ -58,16 +58,15 @@ void CUPlotX_Container::EndPolygon() {
 void CUPlotX_Container::OnLButtonDown(CPoint point) {
   if (active_ == nullptr || active_->GetHitArea(point) != CUPlotX::eData) return;
   start_ = last_ = point;
-  switch (mode_) {
-    case ePointer:
+  switch (tool_.kind) {
+    case PlotTool::kPointer:
       gesture_ = kPick;
       active_->Select(point, true);
       break;
-    case eZoomOut:
+    case PlotTool::kZoomOut:
       gesture_ = kClick;
       break;
-    case ePolygon:
-    case ePolygonExclude:
+    case PlotTool::kPolygon:
       gesture_ = kDrag;
       if (points_.empty() || !(points_.back() == point)) points_.push_back(point);
       InvalidateOver();
@@ -93,7 +92,7 @@ void CUPlotX_Container::OnMouseMove(CPoint point, bool pressed) {
   if (gesture_ == kNone) return;
   if (gesture_ == kPick) {
     active_->SelectMove(point, true);
-  } else if (mode_ == ePan) {
+  } else if (tool_.kind == PlotTool::kPan) {
     active_->Pan(point.x - before.x, point.y - before.y, zoomAxes_);
     ChangeView();
   } else {
@@ -108,11 +107,11 @@ void CUPlotX_Container::OnLButtonUp(CPoint point) {
   last_ = Clamp(point, active_->GetFrame());
   const bool click = AreNear(start_, last_, kClickSlop);
   const DrawPoint place{double(start_.x), double(start_.y)};
-  switch (mode_) {
-    case ePointer:
+  switch (tool_.kind) {
+    case PlotTool::kPointer:
       active_->CancelSelect(point, true);
       break;
-    case eZoomIn:
+    case PlotTool::kZoomIn:
       if (click) {
         active_->ZoomAbout(place, kClickZoom, zoomAxes_);
       } else {
@@ -120,20 +119,18 @@ void CUPlotX_Container::OnLButtonUp(CPoint point) {
       }
       ChangeView();
       break;
-    case eZoomOut:
+    case PlotTool::kZoomOut:
       active_->ZoomAbout(place, 1 / kClickZoom, zoomAxes_);
       ChangeView();
       break;
-    case eRectangle:
-    case eRectangleExclude:
+    case PlotTool::kRectangle:
       if (!click) {
         CRect rect = CRect::Between(start_, last_);
         active_->Select(rect, IsIncluding());
       }
       InvalidateOver();
       break;
-    case ePolygon:
-    case ePolygonExclude:
+    case PlotTool::kPolygon:
       if (lasso_) {
         if (points_.size() > 2) active_->Select(IsIncluding());
         EndPolygon();
@@ -200,10 +197,12 @@ void CUPlotX_Container::RenderBand(CDC& dc) {
     for (const auto& point : points_) add(point);
     add(Clamp(last_, active_->GetFrame()));  // a frame that has shrunk leaves the pointer outside
     if (points_.size() > 1) add(points_.front());
-  } else if (gesture_ == kDrag && (IsRectangleMode() || mode_ == eZoomIn) && !AreNear(start_, last_, kClickSlop)) {
+  } else if (gesture_ == kDrag && (IsRectangleMode() || tool_.kind == PlotTool::kZoomIn) &&
+             !AreNear(start_, last_, kClickSlop)) {
     CRect band = GetBand();
     const auto& frame = active_->GetFrame();
-    if (mode_ == eZoomIn && (zoomAxes_ & 2) == 0) band = {band.left, frame.top, band.right, frame.bottom - 1};
+    if (tool_.kind == PlotTool::kZoomIn && (zoomAxes_ & 2) == 0)
+      band = {band.left, frame.top, band.right, frame.bottom - 1};
     for (const CPoint& corner :
          {CPoint{band.left, band.top}, CPoint{band.right, band.top}, CPoint{band.right, band.bottom},
           CPoint{band.left, band.bottom}, CPoint{band.left, band.top}}) {
@@ -215,7 +214,7 @@ void CUPlotX_Container::RenderBand(CDC& dc) {
     const DrawClip clip(dc, ToDrawRect(active_->GetFrame().Grown(1)));
     DrawBandLine(dc, line);
   }
-  if (mode_ == eZoomIn) return;
+  if (tool_.kind == PlotTool::kZoomIn) return;
   const double x = last_.x + kSignOffset;
   const double y = last_.y - kSignOffset;
   const auto sign = [&](double width, COLORREF colour) {

@@ -12,13 +12,13 @@
 #include <QTimer>
 #include <QToolButton>
 
-#include "plots/GraphControls.h"
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope_Ext.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Base_Graph.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 

@@ -10,7 +10,6 @@
 
 #include "tests/tree/FolderTable.h"
 #include "tests/tree/SourceFiles.h"
-#include "tests/tree/ToGo.h"
 
 namespace tallyscope {
 namespace {
@@ -20,11 +19,6 @@ using Graph = std::map<std::string, std::set<std::string>>;
 const FolderTable& GetTable() {
   static const auto table = ReadFolderTable(ReadTreeFile("docs/architecture.md"));
   return table;
-}
-
-bool IsToGo(const std::string& from, const std::string& to) {
-  return std::find(kIncludesToGo.begin(), kIncludesToGo.end(),
-                   std::pair<std::string_view, std::string_view>(from, to)) != kIncludesToGo.end();
 }
 
 // The two are one layer: a session knows the search, a search reads data sets.
@@ -99,7 +93,7 @@ TEST(Includes, NoneRunsUpTheHouse) {
       }
       ++ours;
       const auto target = include.target.substr(0, include.target.find_last_of('/'));
-      EXPECT_TRUE(may.count(target) != 0 || IsToGo(folder, target)) << place;
+      EXPECT_TRUE(may.count(target) != 0) << place;
     }
   }
   EXPECT_GT(ours, 500);
@@ -126,7 +120,7 @@ TEST(Includes, FoldersMakeNoCircle) {
     if (!table.HasFolder(folder)) continue;
     for (const auto& include : FindIncludes(file)) {
       const auto target = include.target.substr(0, include.target.find_last_of('/'));
-      if (include.isOurs && LayerOf(target) != LayerOf(folder) && !IsToGo(folder, target)) {
+      if (include.isOurs && LayerOf(target) != LayerOf(folder)) {
         graph[LayerOf(folder)].insert(LayerOf(target));
       }
     }

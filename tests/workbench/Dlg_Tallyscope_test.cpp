@@ -7,13 +7,13 @@
 #include <QToolButton>
 
 #include "platform/ui/WinApp.h"
-#include "plots/GraphControls.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/support/ScriptedModal.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope_Ext.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PS_Univariate.h"
 #include "workbench/TSSelectGridCtrl.h"
 

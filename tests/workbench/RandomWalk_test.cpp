@@ -24,9 +24,9 @@
 
 #include "platform/ui/Modal.h"
 #include "platform/ui/WinApp.h"
-#include "plots/GraphControls.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 

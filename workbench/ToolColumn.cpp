@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plots/ToolColumn.h"
+#include "workbench/ToolColumn.h"
 
 #include <algorithm>
 

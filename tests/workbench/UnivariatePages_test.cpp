@@ -8,13 +8,13 @@
 
 #include "platform/core/Messages.h"
 #include "platform/ui/WinApp.h"
-#include "plots/GraphControls.h"
-#include "plots/PP_Univariate_Histogram.h"
-#include "plots/PP_Univariate_Scatter.h"
 #include "statistics/Stats_RgnSelAll.h"
 #include "statistics/Stats_Univariate.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Univariate_Histogram.h"
+#include "workbench/PP_Univariate_Scatter.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 

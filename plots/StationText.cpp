@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "workbench/StationText.h"
+#include "plots/StationText.h"
 
 #include <algorithm>
 
 #include "platform/core/NumberText.h"
 #include "platform/core/ShownText.h"
+#include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
-#include "workbench/DimIndex.h"
 
 namespace tallyscope {
 

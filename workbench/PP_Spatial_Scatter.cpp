@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Spatial_Scatter.h"
+#include "workbench/PP_Spatial_Scatter.h"
 
-#include "plots/GraphControls.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 
@@ -11,7 +11,7 @@ CPP_Spatial_Scatter::~CPP_Spatial_Scatter() = default;
 
 void CPP_Spatial_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
-  SetZoomAxes(3);
+  GetContainer().SetZoomAxes(3);
   plot_.TakeExtents();
   FinishInitialise();
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Bivariate_Scatter.h"
+#include "workbench/PP_Bivariate_Scatter.h"
 
-#include "plots/GraphControls.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 
@@ -12,7 +12,7 @@ CPP_Bivariate_Scatter::~CPP_Bivariate_Scatter() = default;
 
 void CPP_Bivariate_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
-  SetZoomAxes(3);
+  GetContainer().SetZoomAxes(3);
   plot_.TakeExtents();
   FinishInitialise();
 }

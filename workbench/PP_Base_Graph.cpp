@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The life of a graph page: its settings and its view.
-#include "plots/PP_Base_Graph.h"
+#include "workbench/PP_Base_Graph.h"
 
 #include <QComboBox>
 
@@ -9,13 +9,14 @@
 #include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
-#include "plots/ColourBarView.h"
-#include "plots/GraphControls.h"
+#include "plots/PlotSettings.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "spatial/Stats_Spatial.h"
 #include "statistics/Stats_Data.h"
+#include "workbench/ColourBarView.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/FieldBox.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -23,74 +24,26 @@ namespace tallyscope {
 
 namespace {
 
-constexpr const char* kSection = "UPlotXControls";
-
-using Page = CPP_Base_Graph;
-
-// The tool states in the order in which they are stored, read and set.
-struct ToolState {
-  const char* key;
-  bool Page::*state;
-  void (Page::*set)(int, bool);
-};
-constexpr ToolState kToolStates[] = {
-    {"ZOOM_H", &Page::zoomH, &Page::SetZoomH},
-    {"ZOOM_IN", &Page::zoomIn, &Page::SetZoomIn},
-    {"ZOOM_OUT", &Page::zoomOut, &Page::SetZoomOut},
-    {"ZOOM_PAN", &Page::pan, &Page::SetPan},
-    {"SELECT", &Page::select, &Page::SetSelect},
-    {"SELECT_RECT", &Page::selectRect, &Page::SetSelectRect},
-    {"SELECT_POLY", &Page::selectPoly, &Page::SetSelectPoly},
-    {"SELECT_EXCLUDE", &Page::selectExclude, &Page::SetSelectExclude},
-};
+constexpr const char* kZoomHKey = "ZOOM_H";
 
 }  // namespace
 
-CPP_Base_Graph::CPP_Base_Graph(int templateId, const CString& caption) : CPP_BaseTS(templateId, caption) {}
+CPP_Base_Graph::CPP_Base_Graph(int templateId, const CString& caption) : CPP_BaseTS(templateId, caption) {
+  container_.SetZoomAxes(1);
+}
 
 CPP_Base_Graph::~CPP_Base_Graph() {
   container_.SetWindow(nullptr);
 }
 
-void CPP_Base_Graph::SetZoomAxes(int axes) {
-  zoomH = axes == 1;
-  container_.SetZoomAxes(axes);
-}
-
-// The session whose view was stored, and the fields that it was of.
-
-int CPP_Base_Graph::GetViewDim1() const {
-  return GetDlg()->GetMode() == CTallyscope::eSpatial ? kNoDim : GetDlg()->GetKeyDim();
-}
-
-int CPP_Base_Graph::GetViewDim2() const {
-  switch (GetDlg()->GetMode()) {
-    case CTallyscope::eUnivariate:
-    case CTallyscope::eVariogram:
-    case CTallyscope::eSpatial:
-      return kNoDim;
-    default:
-      return GetDlg()->GetAncDim();
-  }
+ViewSubject CPP_Base_Graph::GetViewSubject() const {
+  const auto& dialog = *GetDlg();
+  return ViewSubject::Of(dialog.GetMode(), dialog.GetLevelID(), dialog.GetKeyDim(), dialog.GetAncDim());
 }
 
 void CPP_Base_Graph::ApplyViewRule() {
-  const auto& profile = GetApp();
-  const CString prefix = GetRegistryID();
-  sessionChanged = profile.GetProfileInt(kSection, prefix + "SESSIONID", -1) != GetDlg()->GetLevelID();
-  dim1Changed = profile.GetProfileInt(kSection, prefix + "DIM1", kNoDim) != GetViewDim1();
-  dim2Changed = profile.GetProfileInt(kSection, prefix + "DIM2", kNoDim) != GetViewDim2();
-  switch (GetDlg()->GetMode()) {
-    case CTallyscope::eUnivariate:
-    case CTallyscope::eVariogram:
-      resetView = sessionChanged || dim1Changed;
-      break;
-    case CTallyscope::eSpatial:
-      resetView = sessionChanged;
-      break;
-    default:
-      resetView = sessionChanged || dim1Changed || dim2Changed;
-  }
+  viewChange = ViewChange::Between(ViewSubject::Read(GetApp(), GetRegistryID()), GetViewSubject());
+  resetView = viewChange.Resets(GetDlg()->GetMode());
 }
 
 void CPP_Base_Graph::ConnectPlot() {
@@ -136,11 +89,10 @@ void CPP_Base_Graph::RestoreView() {
   const auto& profile = GetApp();
   const CString prefix = GetRegistryID();
   container_.ReadFromRegistry(prefix);
-  for (const auto& tool : kToolStates) {
-    (this->*tool.set)(profile.GetProfileInt(kSection, prefix + tool.key, this->*tool.state ? 1 : 0), false);
-  }
-  colourField = profile.GetProfileInt(kSection, prefix + "COLOUR_FIELD", colourField);
-  sizeField = profile.GetProfileInt(kSection, prefix + "SIZE_FIELD", sizeField);
+  SetZoomH(profile.GetProfileInt(kPlotSection, prefix + kZoomHKey, container_.GetZoomAxes() == 1), false);
+  container_.SetTool(ReadTool(profile, prefix, container_.GetTool()));
+  colourField = profile.GetProfileInt(kPlotSection, prefix + "COLOUR_FIELD", colourField);
+  sizeField = profile.GetProfileInt(kPlotSection, prefix + "SIZE_FIELD", sizeField);
   GetPlot()->SetColourDim(colourField);
   GetPlot()->SetSizeDim(sizeField);
 }
@@ -150,37 +102,27 @@ void CPP_Base_Graph::Write2Registry() {
   if (!IsInitialised()) return;
   auto& profile = GetApp();
   const CString prefix = GetRegistryID();
-  for (const auto& tool : kToolStates) {
-    profile.WriteProfileInt(kSection, prefix + tool.key, this->*tool.state ? 1 : 0);
-  }
-  profile.WriteProfileInt(kSection, prefix + "COLOUR_FIELD", colourField);
-  profile.WriteProfileInt(kSection, prefix + "SIZE_FIELD", sizeField);
-  profile.WriteProfileInt(kSection, prefix + "SESSIONID", GetDlg()->GetLevelID());
-  profile.WriteProfileInt(kSection, prefix + "DIM1", GetViewDim1());
-  profile.WriteProfileInt(kSection, prefix + "DIM2", GetViewDim2());
+  profile.WriteProfileInt(kPlotSection, prefix + kZoomHKey, container_.GetZoomAxes() == 1);
+  WriteTool(profile, prefix, container_.GetTool());
+  profile.WriteProfileInt(kPlotSection, prefix + "COLOUR_FIELD", colourField);
+  profile.WriteProfileInt(kPlotSection, prefix + "SIZE_FIELD", sizeField);
+  GetViewSubject().Write(profile, prefix);
   container_.Write2Registry(prefix);
 }
 
 bool CPP_Base_Graph::IsPerceptual() const {
-  return GetApp().GetProfileBool(kSection, "COLOUR_TABLE", false);
+  return GetApp().GetProfileBool(kPlotSection, "COLOUR_TABLE", false);
 }
 
 void CPP_Base_Graph::SetPerceptual(bool on) {
-  GetApp().WriteProfileBool(kSection, "COLOUR_TABLE", on);
+  GetApp().WriteProfileBool(kPlotSection, "COLOUR_TABLE", on);
   GetPlot()->colourTable = on ? MakePerceptual() : MakeBlueToRed();
   container_.Invalidate();
   ShowLegend();
 }
 
 void CPP_Base_Graph::DoDataExchange(unsigned, CDataExchange* exchange) {
-  DDX_Check(exchange, kGraphZoomH, zoomH);
-  DDX_Check(exchange, kGraphZoomIn, zoomIn);
-  DDX_Check(exchange, kGraphZoomOut, zoomOut);
-  DDX_Check(exchange, kGraphPan, pan);
-  DDX_Check(exchange, kGraphSelect, select);
-  DDX_Check(exchange, kGraphSelectRect, selectRect);
-  DDX_Check(exchange, kGraphSelectPoly, selectPoly);
-  DDX_Check(exchange, kGraphExclude, selectExclude);
+  if (!exchange->saveAndValidate) ShowTools(exchange);
   DDX_CBIndex(exchange, kGraphColour, colourField);
   DDX_CBIndex(exchange, kGraphSize, sizeField);
 }

@@ -3,13 +3,13 @@
 #include <QKeyEvent>
 
 #include "platform/ui/Modal.h"
-#include "plots/Dlg_Axis.h"
-#include "plots/GraphMenu.h"
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Tallyscope.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Rgn.h"
+#include "workbench/Dlg_Axis.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphMenu.h"
+#include "workbench/PP_Base_Graph.h"
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {

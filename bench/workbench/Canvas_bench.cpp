@@ -12,10 +12,10 @@
 #include <QToolButton>
 
 #include "outside/plot/PlotCanvas.h"
-#include "plots/GraphControls.h"
-#include "plots/PP_Base_Graph.h"
 #include "tests/support/Made.h"
 #include "tests/workbench/WorkbenchTesting.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Base_Graph.h"
 #include "workbench/PS_BaseTS.h"
 
 namespace tallyscope {

@@ -4,6 +4,8 @@
 #include "outside/plot/PlotCanvas.h"
 #include "outside/plot/PlotListener.h"
 #include "plots/UPlotX_Container_Tallyscope.h"
+#include "plots/ViewRule.h"
+#include "workbench/GraphControls.h"
 #include "workbench/PP_BaseTS.h"
 
 class QKeyEvent;
@@ -22,25 +24,13 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput, public CPlotListene
   CPP_Base_Graph(int templateId, const CString& caption);
   ~CPP_Base_Graph() override;
 
-  // Tool states; one of all but the first and the last is on at a time.
-  bool zoomH = true;  // zoom and pan along x only
-  bool zoomIn = false;
-  bool zoomOut = false;
-  bool pan = false;
-  bool select = true;  // the pointer
-  bool selectRect = false;
-  bool selectPoly = false;
-  bool selectExclude = false;  // rectangle and polygon take stations out
-
   int colourField = 0;  // indices of the combo boxes; 0 is none
   int sizeField = 0;
 
-  // Why the view that was left isn't restored.
-  bool resetView = true;
-  bool sessionChanged = true;
-  bool dim1Changed = true;
-  bool dim2Changed = true;
+  bool resetView = true;  // the view that was left isn't restored
+  ViewChange viewChange;  // why
 
+  // It has the tool and the axes of zooming.
   CUPlotX_Container_Tallyscope& GetContainer() { return container_; }
 
   virtual CUPlotX* GetActivePlot();
@@ -91,7 +81,6 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput, public CPlotListene
 
   void HideColour();  // no colour modulation on this page
   void HideSize();
-  void SetZoomAxes(int axes);  // 1 x only, 2 y only, 3 both
   // What a page's Initialise ends with: members to controls, and PrePSFinalise if the sheet is ready.
   void FinishInitialise();
   // A tool tip of a control in place of the usual one.
@@ -105,22 +94,21 @@ class CPP_Base_Graph : public CPP_BaseTS, public CPlotInput, public CPlotListene
  private:
   QWidget* MakeTools();
   void ConnectPlot();
+  ViewSubject GetViewSubject() const;
   void ApplyViewRule();
   void RestoreView();
-  int GetViewDim1() const;
-  int GetViewDim2() const;
-  void UseTool(void (CPP_Base_Graph::*set)(int, bool), bool CPP_Base_Graph::*state);
-  void SetViewTool(bool CPP_Base_Graph::*tool, int mode, bool on, bool force);
-  void UseNoOtherTool(bool CPP_Base_Graph::*tool);
+  void ShowTools(CDataExchange* exchange);
+  void PutTool(PlotTool::Kind kind, bool on);
+  void UseTool(int id, void (CPP_Base_Graph::*set)(int, bool));
 
-  void OnZoomH() { UseTool(&CPP_Base_Graph::SetZoomH, &CPP_Base_Graph::zoomH); }
-  void OnZoomIn() { UseTool(&CPP_Base_Graph::SetZoomIn, &CPP_Base_Graph::zoomIn); }
-  void OnZoomOut() { UseTool(&CPP_Base_Graph::SetZoomOut, &CPP_Base_Graph::zoomOut); }
-  void OnPan() { UseTool(&CPP_Base_Graph::SetPan, &CPP_Base_Graph::pan); }
+  void OnZoomH() { UseTool(kGraphZoomH, &CPP_Base_Graph::SetZoomH); }
+  void OnZoomIn() { UseTool(kGraphZoomIn, &CPP_Base_Graph::SetZoomIn); }
+  void OnZoomOut() { UseTool(kGraphZoomOut, &CPP_Base_Graph::SetZoomOut); }
+  void OnPan() { UseTool(kGraphPan, &CPP_Base_Graph::SetPan); }
   void OnFit() { SetZoomFit(true); }
-  void OnSelect() { UseTool(&CPP_Base_Graph::SetSelect, &CPP_Base_Graph::select); }
-  void OnSelectRect() { UseTool(&CPP_Base_Graph::SetSelectRect, &CPP_Base_Graph::selectRect); }
-  void OnSelectPoly() { UseTool(&CPP_Base_Graph::SetSelectPoly, &CPP_Base_Graph::selectPoly); }
+  void OnSelect() { UseTool(kGraphSelect, &CPP_Base_Graph::SetSelect); }
+  void OnSelectRect() { UseTool(kGraphSelectRect, &CPP_Base_Graph::SetSelectRect); }
+  void OnSelectPoly() { UseTool(kGraphSelectPoly, &CPP_Base_Graph::SetSelectPoly); }
   void OnExclude();
   void OnClearSelection();
   void OnClearLastSelection();

@@ -8,11 +8,11 @@
 
 #include "platform/core/StringTable.h"
 #include "platform/ui/Icon.h"
-#include "plots/ColourBarView.h"
-#include "plots/GraphControls.h"
-#include "plots/PP_Base_Graph.h"
-#include "plots/ToolColumn.h"
+#include "workbench/ColourBarView.h"
 #include "workbench/FieldBox.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Base_Graph.h"
+#include "workbench/ToolColumn.h"
 
 namespace tallyscope {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plots/ColourBarView.h"
+#include "workbench/ColourBarView.h"
 
 #include <QPainter>
 
@@ -8,7 +8,7 @@
 #include "platform/ui/PainterDC.h"
 #include "platform/ui/PlainText.h"
 #include "platform/ui/Wnd.h"
-#include "workbench/StationText.h"
+#include "plots/StationText.h"
 
 namespace tallyscope {
 

@@ -13,18 +13,18 @@
 #include <QToolButton>
 
 #include "platform/ui/WinApp.h"
-#include "plots/Dlg_Axis.h"
-#include "plots/GraphControls.h"
-#include "plots/PP_Bivariate_Scatter.h"
-#include "plots/PP_Spatial_Scatter.h"
-#include "plots/PP_Univariate_Histogram.h"
-#include "plots/PP_Univariate_Scatter.h"
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
 #include "tests/support/Scratch.h"
 #include "tests/support/ScriptedModal.h"
 #include "tests/workbench/WorkbenchTesting.h"
 #include "workbench/ControlIds.h"
+#include "workbench/Dlg_Axis.h"
+#include "workbench/GraphControls.h"
+#include "workbench/PP_Bivariate_Scatter.h"
+#include "workbench/PP_Spatial_Scatter.h"
+#include "workbench/PP_Univariate_Histogram.h"
+#include "workbench/PP_Univariate_Scatter.h"
 #include "workbench/PS_BaseTS.h"
 #include "workbench/TSSelectGridCtrl.h"
 
@@ -143,7 +143,7 @@ TEST_F(GraphPage, TheViewComesBackWhileSessionAndFieldStay) {
   EXPECT_EQ(Page(dialog).GetPlot()->colourDim, 1);
 
   dialog.ChooseKey("Zn");
-  EXPECT_TRUE(Page(dialog).dim1Changed && !Page(dialog).sessionChanged && Page(dialog).resetView);
+  EXPECT_TRUE(Page(dialog).viewChange.dim1 && !Page(dialog).viewChange.session && Page(dialog).resetView);
   EXPECT_EQ(Pressed(Page(dialog)), "pointer h");
   EXPECT_EQ(Page(dialog).GetPlot()->colourDim, kNoDim);
 }
@@ -159,13 +159,13 @@ TEST_F(GraphPage, AnotherSessionStartsAfresh) {
     profile.WriteProfileInt(kSection, "UniScatter_SELECT", 1);
     Open(dialog);
     EXPECT_FALSE(Page(dialog).resetView) << "a second field is not looked at here";
-    EXPECT_EQ(Page(dialog).dim2Changed, dim2 == 1);
+    EXPECT_EQ(Page(dialog).viewChange.dim2, dim2 == 1);
     EXPECT_EQ(Pressed(Page(dialog)), "pointer h") << "of two tools the later stays";
   }
   OpenWorkbench dialog(table);
   profile.WriteProfileInt(kSection, "UniScatter_SESSIONID", dialog.GetLevelID() + 1);
   Open(dialog);
-  EXPECT_TRUE(Page(dialog).sessionChanged && Page(dialog).resetView);
+  EXPECT_TRUE(Page(dialog).viewChange.session && Page(dialog).resetView);
 }
 
 TEST_F(GraphPage, SettingsAreKeptUnderTheirNames) {

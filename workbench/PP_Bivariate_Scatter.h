@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Bi_Scatter.h"
+#include "workbench/PP_Base_Graph.h"
 
 namespace tallyscope {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Univariate_Histogram.h"
+#include "workbench/PP_Univariate_Histogram.h"
 
-#include "plots/GraphControls.h"
 #include "statistics/Stats_Univariate.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 
@@ -21,7 +21,7 @@ void CPP_Univariate_Histogram::Initialise() {
   CPP_Base_Graph::Initialise();
   HideSize();
   HideColour();
-  SetZoomAxes(1);
+  GetContainer().SetZoomAxes(1);
   SetTip(kGraphSelectPoly, "Polygon selection: not on a histogram; a rectangle selects a range of values here");
   plot_.TakeExtents();
   if (auto* figures = dynamic_cast<CStats_Univariate*>(plot_.calculator)) bins_.histogram = &figures->binnedHistogram;

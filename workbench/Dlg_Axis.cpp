@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plots/Dlg_Axis.h"
+#include "workbench/Dlg_Axis.h"
 
 #include <cmath>
 
@@ -12,7 +12,7 @@
 #include "platform/core/ShownText.h"
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
-#include "plots/GraphControls.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 

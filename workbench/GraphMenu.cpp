@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "plots/GraphMenu.h"
+#include "workbench/GraphMenu.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -11,8 +11,8 @@
 #include "platform/ui/Modal.h"
 #include "platform/ui/WaitCursor.h"
 #include "platform/ui/WinApp.h"
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Tallyscope.h"
+#include "workbench/PP_Base_Graph.h"
 
 namespace tallyscope {
 

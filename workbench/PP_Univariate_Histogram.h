@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "plots/PP_Base_Graph.h"
 #include "plots/UPlotX_Uni_Histogram.h"
 #include "statistics/Stats_HistData.h"
+#include "workbench/PP_Base_Graph.h"
 
 namespace tallyscope {
 

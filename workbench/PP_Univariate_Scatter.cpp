@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "plots/PP_Univariate_Scatter.h"
+#include "workbench/PP_Univariate_Scatter.h"
 
-#include "plots/GraphControls.h"
 #include "workbench/Dlg_Tallyscope.h"
+#include "workbench/GraphControls.h"
 
 namespace tallyscope {
 
@@ -11,7 +11,7 @@ CPP_Univariate_Scatter::CPP_Univariate_Scatter() : CPP_Base_Graph(kPageUnivariat
 void CPP_Univariate_Scatter::Initialise() {
   CPP_Base_Graph::Initialise();
   HideSize();
-  SetZoomAxes(1);
+  GetContainer().SetZoomAxes(1);
   SetTip(kGraphSelectPoly, "Polygon selection: not on a trace; a rectangle selects stations here");
   plot_.TakeExtents();
   FinishInitialise();
