@@ -228,11 +228,10 @@ CStats_Conditioning ParseConditioning(std::string_view text) {
   return rules;
 }
 
-bool SaveConditioning(const CString& path, const CStats_Conditioning& rules, CString& error) {
+Status SaveConditioning(const CString& path, const CStats_Conditioning& rules) {
   CUTextFile file;
   const bool saved = file.Open(path, 0, 1, 0) && file.WriteString(FormatConditioning(rules)) && file.Close();
-  error = file.GetErrorText();
-  return saved;
+  return saved ? Status::Good() : Status::Bad(file.GetErrorText());
 }
 
 bool LoadConditioning(const CString& path, CStats_Conditioning& rules, ConditioningFileLines& lines, CString& error) {

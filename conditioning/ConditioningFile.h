@@ -4,16 +4,17 @@
 #include <string_view>
 
 #include "conditioning/Stats_Conditioning.h"
+#include "platform/core/Status.h"
 
 namespace tallyscope {
 
 // Conditioning as a text file, ".dcf": docs/formats/dcf.md. Numbers have ten digits, always with a point. The bands of
 // the operators aren't kept, and an object without a declared null comes back with the one of a new object.
-//   CString error;
-//   if (!SaveConditioning("zinc.dcf", rules, error)) Tell(error);
+//   const Status saved = SaveConditioning("zinc.dcf", rules);
+//   if (!saved.IsGood()) Tell(saved.GetError());
 
-// Whole or not at all. False, with full sentences on the file and the reason, when it can't be written.
-bool SaveConditioning(const CString& path, const CStats_Conditioning& rules, CString& error);
+// Whole or not at all. Full sentences on the file and the reason when it can't be written.
+Status SaveConditioning(const CString& path, const CStats_Conditioning& rules);
 
 // What a reader met in the lines that are neither empty nor comments.
 struct ConditioningFileLines {

@@ -150,9 +150,9 @@ int CConditionCommand::Run(std::ostream& out, std::ostream& err) {
 
 bool CConditionCommand::Write(CHostTable& table, const CStats_Conditioning& rules, std::ostream& out,
                               std::ostream& err) const {
-  CString error;
-  if (!savedRules_.empty() && !SaveConditioning(savedRules_, rules, error)) {
-    Say(err, OnOneLine(error));
+  const Status saved = savedRules_.empty() ? Status::Good() : SaveConditioning(savedRules_, rules);
+  if (!saved.IsGood()) {
+    Say(err, OnOneLine(saved.GetError()));
     return false;
   }
   if (target_.file.empty()) return true;

@@ -22,6 +22,7 @@ enum class Formulas {
 // Stations of a table as comma-separated text that the readers take back: a line of names, then a line for each station
 // with all columns in the order of their file. Numbers have the digits that read back to the same double, texts are
 // their labels, a null is an empty cell. False when the target gave up.
-bool WriteCsv(const CHostTable& table, const std::vector<int>& stations, Formulas formulas, const TextTarget& target);
+[[nodiscard]] bool WriteCsv(const CHostTable& table, const std::vector<int>& stations, Formulas formulas,
+                            const TextTarget& target);
 
 }  // namespace tallyscope

@@ -20,29 +20,25 @@ QString MakeFileName(const QString& mode, const QString& page) {
   return (mode + "-" + page + ".png").toLower().replace(' ', '-');
 }
 
-bool SavePicture(CDlg_Tallyscope& workbench, const QString& path, CString& error) {
+Status SavePicture(CDlg_Tallyscope& workbench, const QString& path) {
   QApplication::processEvents();
   QByteArray bytes;
   QBuffer buffer(&bytes);
   if (!workbench.grab().save(&buffer, "PNG")) {
-    error = "The picture " + FromQString(path) + " could not be made.";
-    return false;
+    return Status::Bad("The picture " + FromQString(path) + " could not be made.");
   }
   CAtomicFile file(FromQString(path));
-  if (file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())}) && file.Commit()) return true;
-  error = file.GetError();
-  return false;
+  if (file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())}) && file.Commit()) {
+    return Status::Good();
+  }
+  return Status::Bad(file.GetError());
 }
 
 }  // namespace
 
-std::vector<CString> WalkPages(CDlg_Tallyscope& workbench, const CString& folder, CString& error) {
-  std::vector<CString> written;
+Status WalkPages(CDlg_Tallyscope& workbench, const CString& folder, std::vector<CString>& written) {
   const QDir dir(ToQString(folder));
-  if (!dir.mkpath(".")) {
-    error = "The folder " + folder + " could not be made.";
-    return written;
-  }
+  if (!dir.mkpath(".")) return Status::Bad("The folder " + folder + " could not be made.");
   auto* modes = workbench.GetControl<QComboBox>(kControlMode);
   for (int mode = 0; mode < modes->count(); ++mode) {
     modes->setCurrentIndex(mode);
@@ -52,11 +48,12 @@ std::vector<CString> WalkPages(CDlg_Tallyscope& workbench, const CString& folder
       sheet->SetActivePage(page);
       const QString caption = ToQString(sheet->GetPage(page)->GetCaption());
       const QString path = dir.filePath(MakeFileName(modes->currentText(), caption));
-      if (!SavePicture(workbench, path, error)) return written;
+      Status saved = SavePicture(workbench, path);
+      if (!saved.IsGood()) return saved;
       written.push_back(FromQString(path));
     }
   }
-  return written;
+  return Status::Good();
 }
 
 }  // namespace tallyscope

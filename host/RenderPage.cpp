@@ -8,6 +8,7 @@
 #include "host/Command.h"
 #include "host/HostTable.h"
 #include "host/RenderRequest.h"
+#include "host/Sentences.h"
 #include "outside/colour/ColourTables.h"
 #include "outside/plot/PlotPicture.h"
 #include "outside/plot/UPlotX_Container.h"
@@ -125,7 +126,7 @@ int RunRender(CHostTable& table, const RenderRequest& request, std::ostream& err
   container.ZoomFit();
   const Status status = SavePicture(container, {request.width, request.height}, request.target);
   if (status.IsGood()) return kExitDone;
-  err << status.GetError() << "\n";
+  Say(err, status.GetError());
   return kExitBadInput;
 }
 

@@ -175,10 +175,10 @@ bool CVariogramCommand::Calculate(CVariogramReport& report, std::ostream& err) c
 }
 
 bool CVariogramCommand::Save(CVariogramReport& report, std::ostream& err) const {
-  CString error;
-  if (request_.target.empty() || SaveToFile(report.UseModel(), request_.target, error)) return true;
-  Say(err, OnOneLine(error));
-  return false;
+  if (request_.target.empty()) return true;
+  const Status saved = SaveToFile(report.UseModel(), request_.target);
+  if (!saved.IsGood()) Say(err, OnOneLine(saved.GetError()));
+  return saved.IsGood();
 }
 
 }  // namespace

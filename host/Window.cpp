@@ -13,6 +13,7 @@
 #include "host/CommandLine.h"
 #include "host/OpenTable.h"
 #include "host/PictureWalk.h"
+#include "host/Sentences.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/Modal.h"
 #include "platform/ui/PlainText.h"
@@ -70,7 +71,7 @@ OpenedTable Load(const CString& file, const ReaderOptions& options) {
 }
 
 int Refuse(const CString& sentence, bool tell) {
-  std::cerr << sentence << '\n';
+  Say(std::cerr, sentence);
   if (tell) GetModal().Tell(nullptr, sentence);
   return 1;
 }
@@ -95,9 +96,10 @@ void SetFields(CDlg_Tallyscope& workbench, CStats_Data& table, int field) {
 }
 
 void ShowPictures(CDlg_Tallyscope& workbench, const CString& folder, int& result) {
-  CString error;
-  for (const auto& path : WalkPages(workbench, folder, error)) std::cout << "Picture: " << path << '\n';
-  if (!error.empty()) result = Refuse(error, false);
+  std::vector<CString> written;
+  const Status walked = WalkPages(workbench, folder, written);
+  for (const auto& path : written) Say(std::cout, "Picture: " + path);
+  if (!walked.IsGood()) result = Refuse(walked.GetError(), false);
   workbench.close();
 }
 
@@ -121,8 +123,8 @@ int RunWindow(const OpenRequest& request) {
   if (file.empty()) return 0;
   auto opened = Load(file, request.reader);
   if (!opened.table) return opened.error.empty() ? 0 : Refuse(opened.error, !walks);
-  for (const auto& warning : opened.warnings) std::cerr << warning << '\n';
-  if (!opened.axes.empty()) std::cout << "Axes: " << opened.axes << '\n';
+  for (const auto& warning : opened.warnings) Say(std::cerr, warning);
+  if (!opened.axes.empty()) Say(std::cout, "Axes: " + opened.axes);
 
   auto* table = opened.table.get();
   int field = table->GetValueSize() > 0 ? 0 : -1;

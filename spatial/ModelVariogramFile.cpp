@@ -99,11 +99,10 @@ CString FormatModel(const CStats_ModelVariogram& model) {
   return text + "Model End\n";
 }
 
-bool SaveToFile(const CStats_ModelVariogram& model, const CString& path, CString& error) {
+Status SaveToFile(const CStats_ModelVariogram& model, const CString& path) {
   CUTextFile file;
-  if (file.Open(path, 0, 1, 0) && file.WriteString(FormatModel(model)) && file.Close()) return true;
-  error = file.GetErrorText();
-  return false;
+  const bool saved = file.Open(path, 0, 1, 0) && file.WriteString(FormatModel(model)) && file.Close();
+  return saved ? Status::Good() : Status::Bad(file.GetErrorText());
 }
 
 bool ReadModel(CUTextFile& file, CStats_ModelVariogram& model, ModelFileLines& lines) {

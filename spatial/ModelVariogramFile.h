@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/core/String.h"
+#include "platform/core/Status.h"
 
 namespace tallyscope {
 
@@ -15,8 +15,8 @@ class CUTextFile;
 CString FormatModel(const CStats_ModelVariogram& model);         // the whole file
 void WriteModel(const CModelVariogram& nest, CUTextFile& file);  // the lines of one nest
 
-// Writes the file whole or not at all. False when it can't be written: `error` then says why in full sentences.
-bool SaveToFile(const CStats_ModelVariogram& model, const CString& path, CString& error);
+// Writes the file whole or not at all. Full sentences when it can't be written.
+Status SaveToFile(const CStats_ModelVariogram& model, const CString& path);
 
 // What the lines of a file said to the reader.
 struct ModelFileLines {

@@ -44,8 +44,8 @@ bool SaveToFile(const CStats_ModelVariogram& model, QWidget* parent) {
     return false;
   }
   RememberFolder(files.front());
-  CString error;
-  return TellUnless(SaveToFile(model, files.front().GetFullPath(), error), parent, error);
+  const Status saved = SaveToFile(model, files.front().GetFullPath());
+  return TellUnless(saved.IsGood(), parent, saved.GetError());
 }
 
 }  // namespace tallyscope

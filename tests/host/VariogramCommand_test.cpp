@@ -161,8 +161,7 @@ TEST(VariogramCommand, ModelStandsAtTheLagsOfTheSample) {
   model.SetIsotropicNugget(10000);
   model.AddNest() = CModelVariogram::Spherical({.sill = 120000, .primaryRange = 900, .minorRange = 400, .strike = 40});
   model.Update(2);
-  CString error;
-  ASSERT_TRUE(SaveToFile(model, scratch.Path("zinc.mvf"), error)) << error;
+  ASSERT_TRUE(SaveToFile(model, scratch.Path("zinc.mvf")).IsGood());
   const auto json = RunVariogramJson({Example("meuse.csv"), "--field", "zinc", "--range", "900", "--direction", "40",
                                       "--model", scratch.Path("zinc.mvf")});
   ASSERT_EQ(json["model"]["curves"].size(), 2u);

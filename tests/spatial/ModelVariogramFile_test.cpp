@@ -113,7 +113,8 @@ TEST(ModelVariogramFile, WhatIsWrittenIsReadToTenDigits) {
   }
   const CScratch scratch;
   CString error;
-  ASSERT_TRUE(SaveToFile(model, scratch.Path("model.mvf"), error)) << error;
+  const Status saved = SaveToFile(model, scratch.Path("model.mvf"));
+  ASSERT_TRUE(saved.IsGood()) << saved.GetError();
   EXPECT_EQ(scratch.List(), std::vector<std::string>{"model.mvf"});
   CStats_ModelVariogram again;
   ASSERT_TRUE(LoadFromFile(again, scratch.Path("model.mvf"), error)) << error;
@@ -215,10 +216,8 @@ TEST(ModelVariogramFile, AFileThatDoesNotOpenChangesNothing) {
                        std::filesystem::absolute(scratch.Path("none.mvf")).string() + "\".\nThe file does not exist.");
   EXPECT_EQ(model.isotropicNugget.nugget, 5);
 
-  error.clear();
   const auto kept = scratch.Write("kept", "old");
-  EXPECT_FALSE(SaveToFile(model, kept + "/model.mvf", error));
-  EXPECT_TRUE(error.starts_with("An error occurred writing to the file")) << error;
+  EXPECT_TRUE(SaveToFile(model, kept + "/model.mvf").GetError().starts_with("An error occurred writing to the file"));
   EXPECT_EQ(ReadAll(kept), "old");
 }
 

@@ -23,18 +23,18 @@ TEST(PictureWalk, ReplacesAPictureAsAWholeAndTellsAFailure) {
   OpenWorkbench dialog(table);
   dialog.Create();
   dialog.show();
-  CString error;
-  const auto written = WalkPages(dialog, scratch.folder, error);
-  EXPECT_EQ(error, "");
+  std::vector<CString> written;
+  EXPECT_EQ(WalkPages(dialog, scratch.folder, written).GetError(), "");
   EXPECT_EQ(written.size(), 7u) << "each page of each mode";
   EXPECT_EQ(ReadAll(kept), "an old picture") << "written in place: a kill would leave half of it";
   for (const auto& path : written) EXPECT_FALSE(QImage(QString::fromStdString(path)).isNull()) << path;
 
   std::filesystem::remove(first);
   std::filesystem::create_directory(first);
-  const auto before = WalkPages(dialog, scratch.folder, error);
-  EXPECT_NE(error.find("univariate-statistics.png"), CString::npos) << error;
-  EXPECT_EQ(before.size(), 1u) << "it stops there";
+  written.clear();
+  const Status stopped = WalkPages(dialog, scratch.folder, written);
+  EXPECT_NE(stopped.GetError().find("univariate-statistics.png"), CString::npos) << stopped.GetError();
+  EXPECT_EQ(written.size(), 1u) << "it stops there";
 }
 
 }  // namespace
