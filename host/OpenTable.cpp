@@ -30,20 +30,17 @@ OpenedTable ReadSource(CTextSource& source, const CString& file, const ReaderOpt
   const auto reader = FindTableFormat(source).open(source, file, options);
   OpenedTable opened;
   LayerStart start;
-  if (!reader->Start(0, start)) {
-    opened.error = reader->GetError();
-    opened.format = reader->DescribeFormat();
-    return opened;
+  RowsEnd end = RowsEnd::kFault;
+  if (reader->Start(0, start)) {
+    CTableBuilder builder(start.names, start.rules, options.censored);
+    builder.Expect(start.rows);
+    end = reader->Fill(builder, progress);
+    opened.warnings = reader->GetWarnings();
+    const auto stations = static_cast<int>(builder.GetRowCount());
+    if (end == RowsEnd::kDone) opened.table = std::make_unique<CHostTable>(builder.Finish(opened.warnings), stations);
   }
-  CTableBuilder builder(start.names, start.rules, options.censored);
-  builder.Expect(start.rows);
-  const RowsEnd end = reader->Fill(builder, progress);
   if (end == RowsEnd::kFault) opened.error = reader->GetError();
-  if (end != RowsEnd::kDone) return opened;
   opened.format = reader->DescribeFormat();
-  opened.warnings = reader->GetWarnings();
-  const auto stations = static_cast<int>(builder.GetRowCount());
-  opened.table = std::make_unique<CHostTable>(builder.Finish(opened.warnings), stations);
   return opened;
 }
 

@@ -40,7 +40,7 @@ class CTableReader {
   // Puts its rows into the columns, a batch at a time; between batches the sink is asked, every few milliseconds.
   virtual RowsEnd Fill(CTableBuilder& columns, CProgressSink* progress) = 0;
 
-  // When it is done.
+  // When it is done, or can't be done.
   virtual CString DescribeFormat() const { return {}; }  // "comma-separated text"
   const std::vector<CString>& GetWarnings() const {
     return warnings_;
