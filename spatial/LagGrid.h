@@ -22,9 +22,9 @@ struct LagCell {
 // What an int holds of a number of pairs.
 int Saturate(std::int64_t pairs);
 
-// A lag grid as it was computed, with the settings that it was computed by. A value that never changes, and a copy costs
-// nothing: copies share the cells. Indexed [level][row][column]: of a polar grid the dip, azimuth and lag, of a Cartesian
-// one z, y and x; an inactive axis has one entry.
+// A lag grid as it was computed, with the settings that it was computed by. A value that never changes, and a copy
+// costs nothing: copies share the cells. Indexed [level][row][column]: of a polar grid the dip, azimuth and lag, of a
+// Cartesian one z, y and x; an inactive axis has one entry.
 class LagGrid {
  public:
   using Row = std::vector<LagCell>;

@@ -26,8 +26,8 @@ bool HasDims(CStats_Data& data, const std::array<int, 3>& dims, int dimCount);
 // The index of the table's search as it stands; none unless that is partitioned.
 StationIndex GetStationIndex(CStats_Data& data);
 
-// The index over these columns, which the table's search is built to unless it stands so. None if the table doesn't have
-// the columns, they are fewer than two, or the sink cancels.
+// The index over these columns, which the table's search is built to unless it stands so. None if the table doesn't
+// have the columns, they are fewer than two, or the sink cancels.
 StationIndex PrepareStationIndex(CStats_Data& data, const std::array<int, 3>& dims, int dimCount,
                                  CProgressSink* progress);
 

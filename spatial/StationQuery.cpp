@@ -121,8 +121,8 @@ void StationQuery::SearchSector(const Point3& centre, double outerRadius, double
   if (root == nullptr) return;
   // Outside the plane the angles don't count, so the whole ring is collected.
   const bool isFlat = index_->axes == 2;
-  const Box box = leaf_search::BoundSector(centre, outerRadius, innerRadius, isFlat ? startAngle : 0,
-                                           isFlat ? endAngle : 2 * kPi);
+  const Box box =
+      leaf_search::BoundSector(centre, outerRadius, innerRadius, isFlat ? startAngle : 0, isFlat ? endAngle : 2 * kPi);
   leaf_search::CollectInBox(leaves_, root, index_->axes, box, false);
 }
 

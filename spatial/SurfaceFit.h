@@ -21,8 +21,8 @@ struct SurfaceFit {
   Scale x, y, value;
 };
 
-// Over the stations with a value and both co-ordinates, finite ones; `dims` are the columns of x, y and the value, which
-// the table must have. The scales are those of the whole columns. Nothing when the sink cancels.
+// Over the stations with a value and both co-ordinates, finite ones; `dims` are the columns of x, y and the value,
+// which the table must have. The scales are those of the whole columns. Nothing when the sink cancels.
 std::optional<SurfaceFit> FitSurface(CStats_Data& data, const std::array<int, 3>& dims, CProgressSink* progress);
 
 }  // namespace tallyscope

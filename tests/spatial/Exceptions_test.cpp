@@ -91,9 +91,9 @@ std::string Describe(CStats_SampleVariogram& spatial) {
     for (const int station : list) out << " " << station;
   }
   for (const auto& bits : spatial.bitmaps) out << "\nbits " << bits.Count() << " of " << bits.GetSize();
-  out << "\nchanged " << spatial.changed.size() << ", regions " << spatial.regions.GetCount() << "\nplane " << spatial.fitA
-      << " " << spatial.fitB << " " << spatial.xRange << "\nerror " << spatial.errorPairs << " " << spatial.errorMoment
-      << "\nflags " << spatial.GetFlags(0);
+  out << "\nchanged " << spatial.changed.size() << ", regions " << spatial.regions.GetCount() << "\nplane "
+      << spatial.fitA << " " << spatial.fitB << " " << spatial.xRange << "\nerror " << spatial.errorPairs << " "
+      << spatial.errorMoment << "\nflags " << spatial.GetFlags(0);
   CStats_LagGridData cells(&spatial);
   for (int i = 0; i < cells.GetSize(); ++i) {
     if (cells.GetValue(2, i) > 0) out << "\n" << i << " " << cells.GetValue(2, i) << " " << cells.GetValue(0, i);
@@ -135,10 +135,12 @@ std::vector<Work> ListWorks() {
          return spatial.Calculate(1, sink);
        }},
       {"polygon", polygon},
-      {"rectangle", [](Variogram& spatial, CProgressSink* sink) {
+      {"rectangle",
+       [](Variogram& spatial, CProgressSink* sink) {
          return spatial.AddSelRegion(Between<CStats_RgnRect>({0, 0, 0}, {0.5, 0.5, 0}), sink);
        }},
-      {"values", [](Variogram& spatial, CProgressSink* sink) {
+      {"values",
+       [](Variogram& spatial, CProgressSink* sink) {
          return spatial.AddSelRegion(Between<CStats_RgnDataRange>({0, 0, 0}, {0.5, 0, 0}), sink);
        }},
       {"undo", [](Variogram& spatial, CProgressSink* sink) { return spatial.ClearLastSelRegion(sink); }},
@@ -156,8 +158,10 @@ std::vector<Work> ListWorks() {
          return spatial.Calculate(8, sink);
        }},
       {"variogram", [](Variogram& spatial, CProgressSink* sink) { return spatial.CalcVariogram(0, 0.2, 0, sink); }},
-      {"variogram of the default range", [](Variogram& spatial, CProgressSink* sink) { return spatial.CalcVariogram(0, 0, 90, sink); }},
-      {"error variance", [](Variogram& spatial, CProgressSink* sink) { return spatial.CalcErrorVariance(0, 0.05, sink); }},
+      {"variogram of the default range",
+       [](Variogram& spatial, CProgressSink* sink) { return spatial.CalcVariogram(0, 0, 90, sink); }},
+      {"error variance",
+       [](Variogram& spatial, CProgressSink* sink) { return spatial.CalcErrorVariance(0, 0.05, sink); }},
   };
 }
 
