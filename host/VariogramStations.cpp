@@ -41,34 +41,44 @@ double GetLength(const Point3& v) {
   return std::hypot(v[0], v[1], v[2]);
 }
 
-}  // namespace
-
-StationLayout FindStationLayout(CStats_Data& table, int dim) {
-  long long count = 0;
-  Point3 start{};
-  Point3 along{};
-  double length = 0;
-  double largest = 0;
-  ForEachPlace(table, dim, [&](const Point3& place) {
-    if (count++ == 0) start = place;
-    for (const double x : place) largest = std::max(largest, std::fabs(x));
-    const Point3 way = Subtract(place, start);
-    if (GetLength(way) <= length) return;
-    along = way;
-    length = GetLength(way);
-  });
-  if (count < 3) return StationLayout::kFewOrSpread;
-  if (length == 0) return StationLayout::kOnePlace;
+// Seen from a station: whether all lie in the direction of the farthest or opposite to it, each to within a billionth
+// of its distance or the rounding of its co-ordinates.
+bool LieOnLineFrom(CStats_Data& table, int dim, const Point3& start, Point3 along) {
+  const double length = GetLength(along);
   for (double& x : along) x /= length;
-  const double near = 1e-9 * length + 8 * std::numeric_limits<double>::epsilon() * largest;
   bool isLine = true;
   ForEachPlace(table, dim, [&](const Point3& place) {
     const Point3 v = Subtract(place, start);
     const Point3 across{v[1] * along[2] - v[2] * along[1], v[2] * along[0] - v[0] * along[2],
                         v[0] * along[1] - v[1] * along[0]};
-    isLine = isLine && GetLength(across) <= near;
+    const double rounding = 8 * std::numeric_limits<double>::epsilon() * (GetLength(place) + GetLength(start));
+    isLine = isLine && GetLength(across) <= 1e-9 * GetLength(v) + rounding;
   });
-  return isLine ? StationLayout::kOneLine : StationLayout::kFewOrSpread;
+  return isLine;
+}
+
+}  // namespace
+
+StationLayout FindStationLayout(CStats_Data& table, int dim) {
+  long long count = 0;
+  Point3 first{};
+  Point3 last{};
+  ForEachPlace(table, dim, [&](const Point3& place) {
+    if (count++ == 0) first = place;
+    last = place;
+  });
+  if (count < 3) return StationLayout::kFewOrSpread;
+  // From both, since all others look alike to one that is far off.
+  for (const Point3& start : {first, last}) {
+    Point3 along{};
+    ForEachPlace(table, dim, [&](const Point3& place) {
+      const Point3 way = Subtract(place, start);
+      if (GetLength(way) > GetLength(along)) along = way;
+    });
+    if (GetLength(along) == 0) return StationLayout::kOnePlace;
+    if (!LieOnLineFrom(table, dim, start, along)) return StationLayout::kFewOrSpread;
+  }
+  return StationLayout::kOneLine;
 }
 
 }  // namespace tallyscope

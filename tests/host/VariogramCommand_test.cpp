@@ -263,6 +263,8 @@ TEST(VariogramCommand, TellsHowStationsLie) {
            Case{"x,y,v\n500001,6,1\n500002,6,2\n9,9,\n500003,6,2\n", line},
            Case{"x,y,v\n5,6,1\n5,6,2\n5,6,4\n", place},
            Case{"x,y,v\n0,0,1\n1,0,2\n2,0.0001,4\n", ""},
+           Case{"x,y,v\n0,0,1\n1,3,2\n2,7,4\n1e300,5,4\n", ""},
+           Case{"x,y,v\n1e300,5,4\n0,0,1\n1,3,2\n2,7,4\n", ""},
            Case{"x,y,z,v\n0,0,0,1\n1,0,0,2\n2,0,1,4\n", ""},
            Case{"x,y,v\n0,0,1\n1,0,2\n", ""},
        }) {
