@@ -123,6 +123,7 @@ TEST_F(Sessions, TheSortIsOfTheSessionsTable) {
   EXPECT_TRUE(sessions.IsSorted());
   table.Sort(2, 1, nullptr);  // something else wants it the other way
   EXPECT_EQ(sessions.GetStation(0), 0);
+  EXPECT_FALSE(sessions.SortBy(6, true)) << "no such column";
   EXPECT_TRUE(sessions.SortBy(5, true));
   EXPECT_FALSE(sessions.IsSorted()) << "the same again: back to the stations' order";
 }
