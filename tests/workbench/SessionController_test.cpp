@@ -82,6 +82,7 @@ TEST_F(Sessions, ChangedStationsAreRecordedForOneReader) {
   sessions.ForgetChanges();
   EXPECT_TRUE(spatial.changed.empty());
   spatial.ClearLastSelRegion();
+  spatial.RestoreLastSelRegion();
   for (const auto& changes : spatial.changed) EXPECT_TRUE(changes.empty());
 }
 
