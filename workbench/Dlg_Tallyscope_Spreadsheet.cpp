@@ -246,9 +246,12 @@ void CDlg_Tallyscope::SortGridByCol(int ascending, int col, int, int) {
 }
 
 void CDlg_Tallyscope::ShowSummary(int col) {
-  if (GetSSData() == nullptr) return;
-  const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
-  if (!IsDimInRange(dim, GetDimension(), GetData()->GetValueSize())) return;
+  auto* shown = GetSSData();
+  if (shown == nullptr) return;
+  const int dim = DimFromColumn(col, shown->GetSpatialSize());
+  for (auto* table : {shown, GetData()}) {
+    if (!IsDimInRange(dim, table->GetSpatialSize(), table->GetValueSize())) return;
+  }
   auto* figures = GetUniStats(dim);
   {
     const CWaitCursor wait;
@@ -256,7 +259,7 @@ void CDlg_Tallyscope::ShowSummary(int col) {
   }
   CDlg_StatsBasic dialog(this);
   dialog.SetFigures(*figures);
-  dialog.title = FormatMessage(LoadString(kStringSummaryTitle), GetSSData()->GetValueName(dim));
+  dialog.title = FormatMessage(LoadString(kStringSummaryTitle), shown->GetValueName(dim));
   dialog.DoModal();
 }
 

@@ -134,6 +134,7 @@ bool SessionController::SortBy(int column, bool ascending) {
   if (data == nullptr || data != GetTop()->GetData()) return false;
   auto& sort = GetTop()->sort;
   const int dim = DimFromColumn(column, data->GetSpatialSize());
+  if (!IsDimInRange(dim, data->GetSpatialSize(), data->GetValueSize())) return false;
   const int descending = ascending ? 0 : 1;
   const bool stands = data->IsSorted(dim, descending);
   sort.column = column;

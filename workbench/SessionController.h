@@ -49,7 +49,7 @@ class SessionController {
   int GetStation(int position);
   int GetPosition(int station);
   // Sorts by a column of the spreadsheet; by the one that it is sorted by already in that direction, back to the order
-  // of the stations. False when the spreadsheet shows another table.
+  // of the stations. False when the spreadsheet shows another table, or has no such column.
   bool SortBy(int column, bool ascending);
 
   // The selection.

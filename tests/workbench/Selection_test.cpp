@@ -121,6 +121,9 @@ TEST_F(RowSelection, ASpreadsheetWithoutATableTakesNoClick) {
   dialog.ComposeMenu(&menu, 1, 1);
   dialog.ProcessMenu(1, 1, kMenuStatistics);
   EXPECT_FALSE(dialog.IsSelectedRow(0));
+  WrittenTable bins(0, {{"bin", {1, 2}}});
+  dialog.ConnectSpreadsheet(&bins, false);
+  dialog.ProcessMenu(1, 3, kMenuStatistics);
   dialog.ConnectSpreadsheet(&table, true);
   EXPECT_EQ(Selected(), "0");
   EXPECT_EQ(dialog.GetGrid()->GetSortColumn(), -1);

@@ -82,6 +82,7 @@ TEST_F(Sessions, ChangedStationsAreRecordedForOneReader) {
   sessions.ForgetChanges();
   EXPECT_TRUE(spatial.changed.empty());
   spatial.ClearLastSelRegion();
+  spatial.RestoreLastSelRegion();
   for (const auto& changes : spatial.changed) EXPECT_TRUE(changes.empty());
 }
 
@@ -123,6 +124,7 @@ TEST_F(Sessions, TheSortIsOfTheSessionsTable) {
   EXPECT_TRUE(sessions.IsSorted());
   table.Sort(2, 1, nullptr);  // something else wants it the other way
   EXPECT_EQ(sessions.GetStation(0), 0);
+  EXPECT_FALSE(sessions.SortBy(6, true)) << "no such column";
   EXPECT_TRUE(sessions.SortBy(5, true));
   EXPECT_FALSE(sessions.IsSorted()) << "the same again: back to the stations' order";
 }
