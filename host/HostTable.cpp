@@ -13,13 +13,13 @@ CHostTable::CHostTable(std::vector<CHostColumn> columns, int stations)
 }
 
 void CHostTable::SetAxes(std::span<const int> columns) {
-  DataChanged();
   axes_ = static_cast<int>(columns.size());
   dims_.clear();
   for (const int column : columns) dims_.push_back(&columns_[static_cast<std::size_t>(column)]);
   for (const auto& column : columns_) {
     if (std::find(dims_.begin(), dims_.begin() + axes_, &column) == dims_.begin() + axes_) dims_.push_back(&column);
   }
+  DataChanged(DataChange::Axes());
 }
 
 std::vector<CString> CHostTable::GetColumnNames() const {
@@ -36,17 +36,14 @@ int CHostTable::FindDim(const CString& name) const {
   return kNoDim;
 }
 
-void CHostTable::DataChanged() {
-  ClearSort();
-  DestroyPointSearch();
-}
-
 void CHostTable::ChangeColumn(int dim, const std::function<void(CHostColumn&)>& change) {
-  struct Forgetting {
-    CHostTable& table;
-    ~Forgetting() { table.DataChanged(); }
-  } const forgetting{*this};
-  change(columns_[static_cast<std::size_t>(&GetColumn(dim) - columns_.data())]);
+  try {
+    change(columns_[static_cast<std::size_t>(&GetColumn(dim) - columns_.data())]);
+  } catch (...) {
+    DataChanged(DataChange::Column(dim));
+    throw;
+  }
+  DataChanged(DataChange::Column(dim));
 }
 
 double CHostTable::GetValue(int field, int station) {

@@ -21,7 +21,7 @@ class CHostTable : public CStats_Data {
   // Every column has been finished with `stations` rows.
   CHostTable(std::vector<CHostColumn> columns, int stations);
 
-  // Takes up to three columns as X, Y, Z; the others become the fields. Sort tables and search are forgotten.
+  // Takes up to three columns as X, Y, Z; the others become the fields. Says DataChanged.
   // REQUIRES: distinct indices of columns.
   void SetAxes(std::span<const int> columns);
 
@@ -34,8 +34,8 @@ class CHostTable : public CStats_Data {
 
   static constexpr int kNoDim = tallyscope::kNoDim;
 
-  // Lets `change` set values, labels and validity of a column, but not the number of rows. Sort tables and search are
-  // forgotten behind it, also where it throws.
+  // Lets `change` set values, labels and validity of a column, but not the number of rows. Says DataChanged behind it,
+  // also where it throws.
   void ChangeColumn(int dim, const std::function<void(CHostColumn&)>& change);
 
   int GetSize() override { return stations_; }
@@ -52,8 +52,6 @@ class CHostTable : public CStats_Data {
   void ReadRawValuesAt(int field, const int* stations, int count, double* values) override;
 
  private:
-  // The one word for it: everything that was made from values or axes goes.
-  void DataChanged();
   // Axes stand in front, so dim -1 is entry 0 and field 0 comes behind the last axis.
   std::size_t Entry(int dim) const { return static_cast<std::size_t>(dim < 0 ? -1 - dim : axes_ + dim); }
 

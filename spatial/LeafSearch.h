@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <numbers>
 #include <span>
 #include <type_traits>
 #include <utility>
@@ -15,7 +16,7 @@
 // How the leaves of a tree that may hold what is looked for are found. `axes` are the leading ones that count, 1 to 3.
 namespace tallyscope::leaf_search {
 
-inline constexpr double kHalfPi = 1.5707963267948966;
+inline constexpr double kHalfPi = std::numbers::pi / 2;
 inline constexpr double kFarthestHit = 1e10;  // ray parameter
 
 // Appends the leaves of the subtree; `keep` says whether a node may hold what is looked for.

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 
 #include "platform/core/Box.h"
 #include "spatial/PointIndex.h"
@@ -16,7 +17,7 @@
 // The tests of a query on the points of a leaf.
 namespace tallyscope::leaf_tests {
 
-inline constexpr double kPi = 3.14159265358979323846;
+inline constexpr double kPi = std::numbers::pi;
 inline constexpr double kFarthestStart = 1e6;  // radians
 inline constexpr double kFlat = 1e-6;          // a smaller dx counts as straight up or down
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <numbers>
 #include <numeric>
 #include <utility>
 
@@ -17,7 +18,7 @@ namespace tallyscope {
 
 namespace {
 
-constexpr double kTwoPi = 2 * 3.14159265358979323846;
+constexpr double kTwoPi = 2 * std::numbers::pi;
 constexpr double kEverything = 1e20;
 constexpr double kFarthestStart = -1e6;  // radians; a ring sector that starts further back is empty
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "statistics/Stats_Calculator.h"
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,6 +13,13 @@ namespace {
 
 std::size_t Index(int item) {
   return static_cast<std::size_t>(item);
+}
+
+// The entry of an item that the caller knows to exist.
+template <class Entry>
+Entry& At(std::vector<Entry>& entries, int item) {
+  assert(item >= 0 && Index(item) < entries.size());
+  return entries[Index(item)];
 }
 
 }  // namespace
@@ -41,11 +49,11 @@ bool CStats_Calculator::IsItem(int item) {
 }
 
 CStats_Data* CStats_Calculator::GetItemData(int item) {
-  return data_[Index(item)];
+  return At(data_, item);
 }
 
 int CStats_Calculator::GetItemDim(int item) {
-  return dims_[Index(item)];
+  return At(dims_, item);
 }
 
 int CStats_Calculator::GetItemCount() {
@@ -63,19 +71,19 @@ bool CStats_Calculator::CalculateItem(int, int, CProgressSink*) {
 }
 
 void CStats_Calculator::ClearFlags(int item, int mask) {
-  flags_[Index(item)] &= ~mask;
+  At(flags_, item) &= ~mask;
 }
 
 void CStats_Calculator::ResetFlags(int item) {
-  flags_[Index(item)] = 0;
+  At(flags_, item) = 0;
 }
 
 void CStats_Calculator::SetFlags(int item, int mask) {
-  flags_[Index(item)] |= mask;
+  At(flags_, item) |= mask;
 }
 
 int CStats_Calculator::GetFlags(int item) {
-  return flags_[Index(item)];
+  return At(flags_, item);
 }
 
 void CStats_Calculator::Serialize(CArchive& archive) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "statistics/Tallyscope.h"
 
+#include <cassert>
 #include <cstdlib>
 #include <ctime>
 
@@ -202,7 +203,9 @@ CStats_ModelVariogram* CTallyscope::GetVariogramModel(int dim) {
 }
 
 std::size_t CTallyscope::GetCacheIndex(int dim) const {
-  return static_cast<std::size_t>(dim < 0 ? -dim - 1 : data_->GetSpatialSize() + dim);
+  const auto index = static_cast<std::size_t>(dim < 0 ? -dim - 1 : data_->GetSpatialSize() + dim);
+  assert(index < uniStats_.size());
+  return index;
 }
 
 }  // namespace tallyscope

@@ -86,7 +86,6 @@ CString HandlePath(int file) {
 }  // namespace
 
 void CTemporaryFile::RemoveOnSignals() {
-  ::signal(SIGXFSZ, SIG_IGN);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction action {};
     if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;

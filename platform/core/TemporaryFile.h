@@ -39,8 +39,7 @@ class CTemporaryFile {
   void Discard();
 
   // From here on SIGINT, SIGTERM and SIGHUP remove the named ones of this process before they end it. A signal that is
-  // ignored stays so. A file beyond the user's limit of sizes ends nothing (SIGXFSZ): the write fails with EFBIG. For a
-  // program's main, before it starts threads.
+  // ignored stays so. For a program's main, before it starts threads.
   static void RemoveOnSignals();
 
  private:

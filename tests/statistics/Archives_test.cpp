@@ -7,6 +7,8 @@
 #include <random>
 
 #include "platform/core/Archive.h"
+#include "statistics/Stats_Bivariate.h"
+#include "statistics/Stats_Multivariate.h"
 #include "statistics/Stats_Univariate.h"
 #include "statistics/bvector.h"
 #include "tests/support/Made.h"
@@ -95,6 +97,13 @@ TEST(Archives, LayoutIsLittleEndianVersionsAndPlainValues) {
   figures.Add(&table, 0);
   figures.Calculate(3, nullptr);
   EXPECT_EQ(Stored(figures), Joined([](CArchive& a) { a << 0 << 0 << 1 << 3; }));
+  CStats_Bivariate pair;
+  pair.Add(&table, 0);
+  pair.Add(&table, 0);
+  pair.Calculate(3, nullptr);
+  EXPECT_EQ(Stored(pair), Joined([](CArchive& a) { a << 0 << 0 << 2 << 3 << 0; }));
+  CStats_Multivariate joint;
+  EXPECT_FALSE(Load(joint, Joined([](CArchive& a) { a << 1 << 0 << 0; }))) << "of a version to come";
   bvector bits(9, true);
   EXPECT_EQ(Stored(bits), (Bytes{9, 0, 0, 0, 2, 0, 0, 0, 0xff, 0x01}));
 }

@@ -68,29 +68,30 @@ TEST(CubeSum, CubesInTheMiddleBetweenTwoDoublesAreThoseOfPow) {
 
 TEST(CubeSum, TakesAnyValue) {
   using Limits = std::numeric_limits<double>;
-  for (const double x : {0.0,
-                         -0.0,
-                         1.0,
-                         -2.0,
-                         0x1p33,
-                         0x1p34,
-                         0x1p-34,
-                         0x1p200,
-                         0x1p-200,
-                         0x1p341,
-                         0x1p342,
-                         0x1p-358,
-                         Limits::denorm_min(),
-                         Limits::min(),
-                         Limits::max(),
-                         -Limits::max(),
-                         Limits::infinity(),
-                         -Limits::infinity(),
-                         1.2599210498948731,
-                         1.2599210498948732,
-                         1.5874010519681994,
-                         5.6438030941222897e102,
-                         5.6438030941222918e102}) {
+  const double values[] = {0.0,
+                           -0.0,
+                           1.0,
+                           -2.0,
+                           0x1p33,
+                           0x1p34,
+                           0x1p-34,
+                           0x1p200,
+                           0x1p-200,
+                           0x1p341,
+                           0x1p342,
+                           0x1p-358,
+                           Limits::denorm_min(),
+                           Limits::min(),
+                           Limits::max(),
+                           -Limits::max(),
+                           Limits::infinity(),
+                           -Limits::infinity(),
+                           1.2599210498948731,
+                           1.2599210498948732,
+                           1.5874010519681994,
+                           5.6438030941222897e102,
+                           5.6438030941222918e102};
+  for (const double x : values) {
     for (int lane = 0; lane < 8; ++lane) EXPECT_EQ(CubeOf(x, lane), std::pow(x, 3.0)) << x;
   }
   EXPECT_TRUE(std::isnan(CubeOf(Limits::quiet_NaN(), 3)));

@@ -61,17 +61,23 @@ TEST(SessionCalculators, EachColumnHasItsVariogramAndModel) {
   auto table = MakeSolid();
   CTallyscope session;
   session.Fill(&table, false);
-  session.SetMode(CTallyscope::eVariogram);
+  const double maxima[] = {3, 4, 2, 9, 8};  // Z Y X Au Cu
   for (int dim = -3; dim < 2; ++dim) {
     auto* variogram = session.GetVariogram(dim);
     ASSERT_EQ(variogram->GetItemCount(), 1);
     EXPECT_EQ(variogram->GetItemData(0), &table);
     EXPECT_EQ(variogram->GetItemDim(0), dim);
     EXPECT_EQ(variogram->GetSpatialDimCount(), 3);
-    EXPECT_TRUE(session.GetVariogramModel(dim)->IsEmpty());
-    EXPECT_EQ(session.GetVariogramModel(dim), session.GetVariogramModel(dim));
+    session.SetMode(CTallyscope::eVariogram);
     session.SetVarDim(dim);
     EXPECT_EQ(session.GetCalculator(), variogram);
+    session.SetMode(CTallyscope::eUnivariate);
+    session.SetUniDim(dim);
+    auto* figures = session.GetUniStats(dim);
+    EXPECT_EQ(session.GetCalculator(), figures);
+    EXPECT_EQ(figures->GetItemDim(0), dim);
+    figures->Calculate(1, nullptr);
+    EXPECT_EQ(figures->maximum, maxima[dim + 3]) << dim;
   }
   EXPECT_EQ(session.GetVariogram(-3) + 1, session.GetVariogram(0)) << "axes in front";
   session.GetVariogramModel(0)->SetIsotropicNugget(5);

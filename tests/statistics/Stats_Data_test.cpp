@@ -154,13 +154,6 @@ TEST(Stats_Data, CheckedReadOfANullLeavesTheVariable) {
   EXPECT_EQ(value, 1.5);
 }
 
-TEST(Stats_Data, NamesColumnsByDefault) {
-  CStats_Data data;
-  EXPECT_EQ(data.GetValueName(-1) + data.GetValueName(-2) + data.GetValueName(-3), "XYZ");
-  EXPECT_EQ(data.GetValueName(0), "Field 0");
-  EXPECT_EQ(data.GetValueName(12), "Field 12");
-}
-
 TEST(Stats_Data, DefaultBulkReadsGiveWhatSingleReadsGive) {
   CMadeTable made({made::WithNulls(made::Ramp(300, 0, 299), made::Every(3))});
   CSingleReads table(made);

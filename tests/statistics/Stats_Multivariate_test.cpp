@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include "PairTable.h"
-#include "platform/core/Archive.h"
-#include "statistics/ProgressSink.h"
 
 namespace tallyscope {
 namespace {
@@ -90,34 +88,6 @@ TEST(Multivariate, MissingItemsComputeNothing) {
   EXPECT_TRUE(joint.means.empty());
   joint.Remove(1);
   EXPECT_TRUE(joint.Calculate(1, nullptr));
-}
-
-TEST(Multivariate, CancelAndRepeat) {
-  struct Sink : CProgressSink {
-    int last = -1;
-    bool OnProgress(int percent) override { return (last = percent) < 40; }
-    void SetTask(const char*, int) override {}
-  } sink;
-  PairTable table({Shuffled(5000, 1, Never)});
-  CStats_Multivariate joint;
-  AddAll(joint, table);
-  EXPECT_FALSE(joint.Calculate(1, &sink));
-  EXPECT_EQ(sink.last, 40);
-  EXPECT_EQ(joint.GetFlags(0), 0);
-  EXPECT_TRUE(joint.Calculate(1, nullptr));
-  EXPECT_EQ(joint.valid, 5000);
-  table.reads = 0;
-  EXPECT_TRUE(joint.Calculate(1, nullptr));
-  EXPECT_EQ(table.reads, 0) << "what is done stays done";
-
-  CArchive out;
-  joint.Serialize(out);
-  CArchive in(out.GetBytes());
-  CStats_Multivariate restored;
-  AddAll(restored, table);
-  restored.Serialize(in);
-  EXPECT_EQ(restored.GetFlags(0), 1);
-  EXPECT_TRUE(restored.means.empty()) << "figures are not stored";
 }
 
 }  // namespace

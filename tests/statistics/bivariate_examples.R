@@ -35,7 +35,5 @@ curve <- function(a, b) {
   for (i in c(1, 4, length(k))) cat("  point", i, "of", length(k), a[o][k[i] + 1], means[i], "\n")
 }
 
-figures("meuse.csv", "zinc", "lead")
 figures("walker.csv", "V", "U")
-figures("jura.csv", "Ni", "Cr")
 figures("quakes.csv", "depth", "mag")
