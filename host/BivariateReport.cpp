@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/BivariateReport.h"
 
+#include <cassert>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
@@ -9,12 +10,12 @@
 #include "host/Sentences.h"
 #include "host/TextGrid.h"
 #include "platform/core/NumberText.h"
+#include "statistics/Analysis.h"
 
 namespace tallyscope {
 
 namespace {
 
-constexpr int kEverything = 15;
 constexpr int kBinnedQuantiles = 8;
 constexpr int kFigureDigits = 15;
 constexpr int kCurveDigits = 8;
@@ -34,16 +35,10 @@ CString Line(const CString& of, const std::array<double, 2>& line, const CString
 CBivariateReport::CBivariateReport(CHostTable& table, int key, int ancillary)
     : key_(table.GetValueName(key)), ancillary_(table.GetValueName(ancillary)) {
   session_.Fill(&table, false);
-  session_.SetMode(CTallyscope::eBivariate);
-  session_.SetBiDim1(key);
-  session_.SetBiDim2(ancillary);
-  session_.CreateCalculator();
-  pair_ = static_cast<CStats_Bivariate*>(session_.GetCalculator());
-  pair_->Add(&table, key);
-  pair_->Add(&table, ancillary);
-  pair_->xLink = session_.GetUniStats(key);
-  pair_->yLink = session_.GetUniStats(ancillary);
-  pair_->Calculate(kEverything, nullptr);
+  CAnalysis analysis(session_, /*picksStations=*/false);
+  [[maybe_unused]] const bool started = analysis.Start(CTallyscope::eBivariate, key, ancillary, nullptr);
+  assert(started);  // both fields have been found in the table
+  pair_ = analysis.GetBivariate();
 }
 
 std::vector<std::pair<double, double>> CBivariateReport::GetQuantiles() {

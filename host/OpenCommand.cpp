@@ -5,6 +5,7 @@
 #include "host/Command.h"
 #include "host/CommandLine.h"
 #include "host/ReaderFlags.h"
+#include "statistics/AnalysisKind.h"
 
 namespace tallyscope {
 
@@ -14,11 +15,12 @@ class COpenCommand : public CCommand {
  public:
   void AddOptions(CLI::App& app) override {
     app.add_option("FILE", request_.file, "the table; without it the window asks for one");
-    AddChoice<CTallyscope::eAnalysisMode>(app, "--mode",
-                                          {{"univariate", CTallyscope::eUnivariate},
-                                           {"bivariate", CTallyscope::eBivariate},
-                                           {"spatial", CTallyscope::eSpatial}},
-                                          "analysis to start with", [this](const auto& mode) { request_.mode = mode; });
+    Choices<CTallyscope::eAnalysisMode> modes;
+    for (const auto& kind : GetAnalysisKinds()) {
+      if (kind.hasPages) modes.emplace_back(kind.name, kind.mode);
+    }
+    AddChoice<CTallyscope::eAnalysisMode>(app, "--mode", modes, "analysis to start with",
+                                          [this](const auto& mode) { request_.mode = mode; });
     app.add_option("--field", request_.field, "field to start with")->type_name("NAME");
     app.add_option("--pictures", request_.pictures, "write a picture of each page to that folder, and end")
         ->type_name("FOLDER");

@@ -11,6 +11,7 @@
 #include "host/ReaderFlags.h"
 #include "host/RenderRequest.h"
 #include "host/Sentences.h"
+#include "statistics/AnalysisKind.h"
 
 namespace tallyscope {
 
@@ -39,13 +40,11 @@ class CRenderCommand : public CCommand {
 
 void CRenderCommand::AddOptions(CLI::App& app) {
   app.add_option("FILE", request_.file, "the table; '-' is standard input")->required();
-  AddChoice<RenderPage>(app, "--page",
-                        {{"uni-scatter", RenderPage::kUniScatter},
-                         {"uni-histogram", RenderPage::kUniHistogram},
-                         {"bi-scatter", RenderPage::kBiScatter},
-                         {"map", RenderPage::kMap}},
-                        "the plot to draw", [this](const auto& page) { request_.page = page; })
-      ->required();
+  Choices<RenderPage> pages;
+  for (const auto& kind : kRenderPages) pages.emplace_back(kind.name, kind.page);
+  AddChoice<RenderPage>(app, "--page", pages, "the plot to draw", [this](const auto& page) {
+    request_.page = page;
+  })->required();
   const auto name = [&](const char* option, CString& value, const char* description) {
     app.add_option(option, value, description)->type_name("NAME");
   };
@@ -72,13 +71,13 @@ void CRenderCommand::AddOptions(CLI::App& app) {
 }
 
 CString CRenderCommand::CheckOptions() const {
-  if (!field2_.empty() && request_.page != RenderPage::kBiScatter) return "--field2 goes with --page bi-scatter";
-  if (!field_.empty() && request_.page == RenderPage::kMap) {
+  const RenderPageKind& kind = GetRenderPageKind(request_.page);
+  if (!field2_.empty() && GetAnalysisKind(kind.mode).fields < 2) return "--field2 goes with --page bi-scatter";
+  if (!field_.empty() && !kind.takesField) {
     return "A map draws the axes; --colour and --size show fields on it";
   }
-  const bool modulated = request_.page == RenderPage::kBiScatter || request_.page == RenderPage::kMap;
-  if (!size_.empty() && !modulated) return "--size goes with --page bi-scatter or map";
-  if (!colour_.empty() && request_.page == RenderPage::kUniHistogram) {
+  if (!size_.empty() && !kind.takesSize) return "--size goes with --page bi-scatter or map";
+  if (!colour_.empty() && !kind.takesColour) {
     return "A histogram has no --colour; that goes with the other pages";
   }
   const CString sentence = request_.selection.Check();
@@ -97,12 +96,13 @@ bool CRenderCommand::FindFields(CHostTable& table, std::ostream& err) {
   const int second = request_.field == 0 && fields > 1 ? 1 : fields > 0 && request_.field != 0 ? 0 : -1;
   if (!find(field2_, second, request_.field2)) return false;
   if (!find(colour_, request_.colour, request_.colour) || !find(size_, request_.size, request_.size)) return false;
-  if (request_.page == RenderPage::kMap && table.GetSpatialSize() < 2) {
+  const AnalysisKind& analysis = GetAnalysisKind(GetRenderPageKind(request_.page).mode);
+  if (table.GetSpatialSize() < analysis.axes) {
     Say(err, request_.file + " has no two axes for a map; name them by --x and --y.");
     return false;
   }
   const int least = table.GetSpatialSize() > 0 ? -table.GetSpatialSize() : 0;
-  if (std::min(request_.field, request_.page == RenderPage::kBiScatter ? request_.field2 : 0) < least ||
+  if (std::min(request_.field, analysis.fields > 1 ? request_.field2 : 0) < least ||
       (fields == 0 && table.GetSpatialSize() == 0)) {
     Say(err, request_.file + " has too few columns of numbers for this plot.");
     return false;

@@ -17,15 +17,11 @@
 #include "plots/UPlotX_Uni_Histogram.h"
 #include "plots/UPlotX_Uni_Scatter.h"
 #include "spatial/Stats_Spatial.h"
-#include "statistics/Stats_Bivariate.h"
-#include "statistics/Stats_Univariate.h"
+#include "statistics/Analysis.h"
 
 namespace tallyscope {
 
 namespace {
-
-constexpr int kUnivariateFigures = 11;
-constexpr int kBivariateFigures = 15;
 
 // Qt's remarks on a machine without a desktop are of no use to who draws a picture.
 void ShowFailuresOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
@@ -43,58 +39,49 @@ std::unique_ptr<QGuiApplication> MakeApplication() {
   return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-// The calculators that a page of the workbench would have, and the plot on them.
+// The session that a page of the workbench would have, and the plot on it.
 class RenderJob {
  public:
-  RenderJob(CHostTable& table, const RenderRequest& request) : table_(table), request_(request) {}
+  RenderJob(CHostTable& table, const RenderRequest& request) : table_(table), request_(request) {
+    session_.Fill(&table, false);
+  }
 
-  bool Select(std::ostream& err) {
-    spatial_.Add(&table_, request_.field);
-    spatial_.ResetSpatialDims();
+  bool Start(std::ostream& err) {
+    CAnalysis analysis(session_);
+    const auto mode = GetRenderPageKind(request_.page).mode;
+    if (!analysis.Start(mode, request_.field, request_.field2, nullptr)) {
+      Say(err, request_.file + " has too few columns of numbers for this plot.");
+      return false;
+    }
     if (request_.selection.IsEmpty()) return true;
-    if (!request_.selection.Build(table_, request_.file, spatial_, err)) return false;
-    spatial_.extractFlags = CStats_Spatial::kBitmaps | CStats_Spatial::kExtractX | CStats_Spatial::kExtractY;
-    return spatial_.Calculate(1, nullptr);
+    CStats_Spatial& selection = *analysis.GetSelection();
+    if (!request_.selection.Build(table_, request_.file, selection, err)) return false;
+    selection.extractFlags = CStats_Spatial::kBitmaps | CStats_Spatial::kExtractX | CStats_Spatial::kExtractY;
+    return selection.Calculate(1, nullptr);
   }
 
   CUPlotX_Tallyscope& MakePlot() {
     switch (request_.page) {
       case RenderPage::kUniScatter:
-        return Make<CUPlotX_Uni_Scatter>(MakeUnivariate());
+        return Make<CUPlotX_Uni_Scatter>();
       case RenderPage::kUniHistogram: {
-        auto& plot = Make<CUPlotX_Uni_Histogram>(MakeUnivariate());
+        auto& plot = Make<CUPlotX_Uni_Histogram>();
         plot.ResetSelCount();
         return plot;
       }
       case RenderPage::kBiScatter:
-        return Make<CUPlotX_Bi_Scatter>(MakeBivariate());
+        return Make<CUPlotX_Bi_Scatter>();
       default:
-        return Make<CUPlotX_St_Scatter>(MakeUnivariate());
+        return Make<CUPlotX_St_Scatter>();
     }
   }
 
  private:
-  CStats_Calculator* MakeUnivariate() {
-    univariate_.Add(&table_, request_.field);
-    univariate_.Calculate(kUnivariateFigures, nullptr);
-    return &univariate_;
-  }
-  CStats_Calculator* MakeBivariate() {
-    univariate_.Add(&table_, request_.field);
-    second_.Add(&table_, request_.field2);
-    bivariate_.Add(&table_, request_.field);
-    bivariate_.Add(&table_, request_.field2);
-    bivariate_.xLink = &univariate_;
-    bivariate_.yLink = &second_;
-    bivariate_.Calculate(kBivariateFigures, nullptr);
-    return &bivariate_;
-  }
-
   template <class Plot>
-  Plot& Make(CStats_Calculator* calculator) {
+  Plot& Make() {
     auto plot = std::make_unique<Plot>();
-    plot->calculator = calculator;
-    plot->spatial = &spatial_;
+    plot->calculator = session_.GetCalculator();
+    plot->spatial = session_.GetSpatialCalculator();
     plot->data = &table_;
     plot->colourDim = request_.colour;
     plot->sizeDim = request_.size;
@@ -107,10 +94,7 @@ class RenderJob {
 
   CHostTable& table_;
   const RenderRequest& request_;
-  CStats_Spatial spatial_;
-  CStats_Univariate univariate_;
-  CStats_Univariate second_;
-  CStats_Bivariate bivariate_;
+  CTallyscope session_;
   std::unique_ptr<CUPlotX_Tallyscope> plot_;
 };
 
@@ -119,7 +103,7 @@ class RenderJob {
 int RunRender(CHostTable& table, const RenderRequest& request, std::ostream& err) {
   const auto application = MakeApplication();
   RenderJob job(table, request);
-  if (!job.Select(err)) return kExitBadInput;
+  if (!job.Start(err)) return kExitBadInput;
   CUPlotX_Container container;
   container.AddPlot(&job.MakePlot(), true);
   container.SetClientSize({request.width, request.height});

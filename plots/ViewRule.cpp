@@ -3,19 +3,13 @@
 
 #include "platform/core/Profile.h"
 #include "plots/PlotSettings.h"
+#include "statistics/AnalysisKind.h"
 
 namespace tallyscope {
 
 ViewSubject ViewSubject::Of(CTallyscope::eAnalysisMode mode, int session, int keyDim, int ancillaryDim) {
-  switch (mode) {
-    case CTallyscope::eSpatial:
-      return {session, kNoDim, kNoDim};
-    case CTallyscope::eUnivariate:
-    case CTallyscope::eVariogram:
-      return {session, keyDim, kNoDim};
-    default:
-      return {session, keyDim, ancillaryDim};
-  }
+  const int fields = GetAnalysisKind(mode).viewFields;
+  return {session, fields > 0 ? keyDim : kNoDim, fields > 1 ? ancillaryDim : kNoDim};
 }
 
 ViewSubject ViewSubject::Read(const CProfile& profile, const CString& prefix) {
@@ -36,15 +30,8 @@ ViewChange ViewChange::Between(const ViewSubject& before, const ViewSubject& now
 }
 
 bool ViewChange::Resets(CTallyscope::eAnalysisMode mode) const {
-  switch (mode) {
-    case CTallyscope::eSpatial:
-      return session;
-    case CTallyscope::eUnivariate:
-    case CTallyscope::eVariogram:
-      return session || dim1;
-    default:
-      return session || dim1 || dim2;
-  }
+  const int fields = GetAnalysisKind(mode).viewFields;
+  return session || (fields > 0 && dim1) || (fields > 1 && dim2);
 }
 
 }  // namespace tallyscope

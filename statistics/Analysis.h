@@ -17,15 +17,18 @@ class CProgressSink;
 // It keeps nothing itself: what it hands out is the session's, and null where the last start made none of that type.
 class CAnalysis {
  public:
-  explicit CAnalysis(CTallyscope& session) : session_(session) {}  // not owned
+  // The session isn't owned. Who picks no stations needs no search before something asks for one.
+  explicit CAnalysis(CTallyscope& session, bool picksStations = true)
+      : session_(session), picksStations_(picksStations) {}
 
-  // Whether a table has the columns for a mode: one for univariate, two for bivariate, two axes for spatial and
-  // variogram. Multivariate has no start of its own.
+  // Whether a table has what a user wants in a mode: one column for univariate, two for bivariate, two axes for spatial
+  // and variogram.
   static bool IsPossible(CStats_Data& data, CTallyscope::eAnalysisMode mode);
 
-  // Starts the session's mode on the fields that it remembers for it. False, with nothing done, where the mode isn't
-  // possible or a field doesn't exist; false as well when the sink cancels: what was computed by then stands, and
-  // another start does the rest. A table too large to sort has no rank correlation and no curves, and starts.
+  // Starts the session's mode on the fields that it remembers for it. False, with nothing made, where the table
+  // lacks the axes or a field, and in multivariate mode; false as well when the sink cancels: what was computed by then
+  // stands, and another start does the rest. A table too large to sort has no rank correlation and no curves, and
+  // starts.
   [[nodiscard]] bool Start(CProgressSink* progress);
   // The same on other fields. The ancillary one counts in bivariate mode only.
   [[nodiscard]] bool Start(CTallyscope::eAnalysisMode mode, int key, int ancillary, CProgressSink* progress);
@@ -39,12 +42,10 @@ class CAnalysis {
 
  private:
   bool HasFields() const;
-  void Compute(CProgressSink* progress);
-  void ComputeBivariate(CProgressSink* progress);
-  void ComputeAxes(CProgressSink* progress);
   void SearchBy(int x, int y, int z, int count, CProgressSink* progress);
 
   CTallyscope& session_;
+  bool picksStations_;
 };
 
 }  // namespace tallyscope

@@ -13,6 +13,7 @@
 #include "platform/ui/DataExchange.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/WinApp.h"
+#include "statistics/AnalysisKind.h"
 #include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
@@ -21,30 +22,6 @@
 #include "workbench/TSSelectGridCtrl.h"
 
 namespace tallyscope {
-
-namespace {
-
-constexpr CTallyscope::eAnalysisMode kModeOrder[] = {CTallyscope::eUnivariate, CTallyscope::eBivariate,
-                                                     CTallyscope::eSpatial, CTallyscope::eVariogram};
-
-int GetModeString(CTallyscope::eAnalysisMode mode) {
-  switch (mode) {
-    case CTallyscope::eUnivariate:
-      return kStringUnivariate;
-    case CTallyscope::eSpatial:
-      return kStringSpatial;
-    case CTallyscope::eVariogram:
-      return kStringVariogram;
-    default:
-      return kStringBivariate;
-  }
-}
-
-bool HasTwoFields(CTallyscope::eAnalysisMode mode) {
-  return mode == CTallyscope::eBivariate || mode == CTallyscope::eMultivariate;
-}
-
-}  // namespace
 
 CDlg_Tallyscope::CDlg_Tallyscope(CWnd* parent) : CDialog(parent) {
   SetWindowText("Tallyscope");
@@ -115,34 +92,16 @@ void CDlg_Tallyscope::OnDestroy() {
   CDialog::OnDestroy();
 }
 
-bool CDlg_Tallyscope::IsModeOffered(CTallyscope::eAnalysisMode mode) const {
-  const int axes = GetData() != nullptr ? GetData()->GetSpatialSize() : 0;
-  const int all = axes + (GetData() != nullptr ? GetData()->GetValueSize() : 0);
-  if (!HasSheet(mode)) return false;
-  switch (mode) {
-    case CTallyscope::eUnivariate:
-      return all > 0 && IsEnabledShow(kShowUnivariate);
-    case CTallyscope::eBivariate:
-      return all > 1 && IsEnabledShow(kShowBivariate);
-    case CTallyscope::eSpatial:
-      return axes > 1 && IsEnabledShow(kShowSpatial);
-    case CTallyscope::eVariogram:
-      return axes > 1 && IsEnabledShow(kShowVariogram | kShowVariogramModel);
-    default:
-      return false;
-  }
-}
-
 void CDlg_Tallyscope::FillModes() {
   modes_.clear();
-  for (const auto mode : kModeOrder) {
-    if (IsModeOffered(mode)) modes_.push_back(mode);
+  for (const auto& kind : GetAnalysisKinds()) {
+    if (IsModeOffered(kind.mode)) modes_.push_back(kind.mode);
   }
 }
 
 void CDlg_Tallyscope::FillBoxes() {
   auto* modeBox = GetControl<QComboBox>(kControlMode);
-  for (const auto mode : modes_) modeBox->addItem(ToQString(LoadString(GetModeString(mode))));
+  for (const auto mode : modes_) modeBox->addItem(ToQString(LoadString(GetAnalysisKind(mode).title)));
   if (GetData() == nullptr) return;
   const QStringList names = GetFieldNames(*GetData());
   for (const int id : {kControlKeyField, kControlAncField}) FillFieldBox(*GetControl<QComboBox>(id), names);
@@ -161,28 +120,15 @@ void CDlg_Tallyscope::DoDataExchange(CDataExchange* exchange) {
   DDX_CBIndex(exchange, kControlAncField, ancIndex_);
   if (!exchange->saveAndValidate || modeIndex_ < 0 || keyIndex_ < 0) return;
   const int key = DimFromIndex(keyIndex_, axes);
-  switch (GetMode()) {
-    case CTallyscope::eUnivariate:
-      SetUniDim(key);
-      break;
-    case CTallyscope::eBivariate:
-    case CTallyscope::eMultivariate:
-      SetBiDim1(key);
-      SetBiDim2(DimFromIndex(std::max(ancIndex_, 0), axes));
-      break;
-    case CTallyscope::eSpatial:
-      SetSPDim(key);
-      break;
-    case CTallyscope::eVariogram:
-      SetVarDim(key);
-      break;
-  }
+  const AnalysisKind& kind = GetAnalysisKind(GetMode());
+  (GetTallyscope()->*kind.setKey)(key);
+  if (kind.fields > 1) SetBiDim2(DimFromIndex(std::max(ancIndex_, 0), axes));
   SetMode(modes_[static_cast<std::size_t>(modeIndex_)]);
 }
 
 void CDlg_Tallyscope::EnableControls() {
   if (pageEnablesControls_) return;
-  const bool two = HasTwoFields(GetMode());
+  const bool two = GetAnalysisKind(GetMode()).fields > 1;
   EnableDlgItem(kControlKeyField, true);
   ShowDlgItem(kControlKeyField, true);
   EnableDlgItem(kControlAncField, two);
@@ -251,7 +197,7 @@ void CDlg_Tallyscope::OnHelp() {
   const CString program = GetProfile().GetProfileString(section, "ProgramPath", "");
   const CString folder = program.substr(0, program.find_last_of("\\/") + 1);
   static constexpr int kFirstContext = 160058;  // in the order of the mode box's strings
-  const int context = kFirstContext + GetModeString(GetMode()) - kStringUnivariate;
+  const int context = kFirstContext + GetAnalysisKind(GetMode()).title - kStringUnivariate;
   QUrl page = QUrl::fromLocalFile(ToQString(folder + helpFile_));
   page.setFragment(QString::number(context));
   QDesktopServices::openUrl(page);

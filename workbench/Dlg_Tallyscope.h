@@ -166,8 +166,10 @@ class CDlg_Tallyscope : public CDialog {
   void ShowKeyColumn();
 
   // The sheet (Dlg_Tallyscope_Sheets.cpp).
-  void SearchBy(int x, int y, int z, int count);
-  void StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage, int titleId);
+  struct SheetRow;
+  static const SheetRow& GetSheetRow(CTallyscope::eAnalysisMode mode);
+  void StartSession();  // makes the calculators of the mode
+  void StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage);
 
   // The selection (Dlg_Tallyscope_Selection.cpp).
   void OnSelectionChanged();

@@ -2,14 +2,15 @@
 // The sheet of the current analysis: its calculators, its pages, building and taking down.
 
 #include <algorithm>
+#include <cassert>
+#include <iterator>
 #include <memory>
 
 #include "platform/core/StringTable.h"
 #include "platform/ui/Icon.h"
 #include "platform/ui/WaitCursor.h"
-#include "spatial/Stats_PointSearch.h"
-#include "spatial/Stats_Spatial.h"
-#include "statistics/Stats_Bivariate.h"
+#include "statistics/Analysis.h"
+#include "statistics/AnalysisKind.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/Dlg_Tallyscope.h"
 #include "workbench/PS_Bivariate.h"
@@ -46,8 +47,32 @@ void CDlg_Tallyscope::DestroyPSheet() {
   sheet_.reset();
 }
 
+// What the window adds to an analysis: the bits of EnableShow that offer it, and its sheet; null for none yet.
+struct CDlg_Tallyscope::SheetRow {
+  CTallyscope::eAnalysisMode mode;
+  unsigned long show;
+  void (CDlg_Tallyscope::*start)(int startPage);
+};
+
+const CDlg_Tallyscope::SheetRow& CDlg_Tallyscope::GetSheetRow(CTallyscope::eAnalysisMode mode) {
+  static constexpr SheetRow kRows[] = {{CTallyscope::eUnivariate, kShowUnivariate, &CDlg_Tallyscope::Start_Univariate},
+                                       {CTallyscope::eBivariate, kShowBivariate, &CDlg_Tallyscope::Start_Bivariate},
+                                       {CTallyscope::eSpatial, kShowSpatial, &CDlg_Tallyscope::Start_Spatial},
+                                       {CTallyscope::eVariogram, kShowVariogram | kShowVariogramModel, nullptr},
+                                       {CTallyscope::eMultivariate, 0, nullptr}};
+  const auto* found =
+      std::find_if(std::begin(kRows), std::end(kRows), [&](const SheetRow& row) { return row.mode == mode; });
+  assert(found != std::end(kRows));
+  return *found;
+}
+
 bool CDlg_Tallyscope::HasSheet(CTallyscope::eAnalysisMode mode) const {
-  return mode == CTallyscope::eUnivariate || mode == CTallyscope::eBivariate || mode == CTallyscope::eSpatial;
+  return GetAnalysisKind(mode).hasPages;
+}
+
+bool CDlg_Tallyscope::IsModeOffered(CTallyscope::eAnalysisMode mode) const {
+  return GetData() != nullptr && HasSheet(mode) && GetAnalysisKind(mode).IsPossible(*GetData()) &&
+         IsEnabledShow(GetSheetRow(mode).show);
 }
 
 void CDlg_Tallyscope::CreatePS(int startPage) {
@@ -55,16 +80,7 @@ void CDlg_Tallyscope::CreatePS(int startPage) {
   const CWaitCursor wait;
   update();
   grid_->Invalidate();
-  switch (GetMode()) {
-    case CTallyscope::eUnivariate:
-      return Start_Univariate(startPage);
-    case CTallyscope::eBivariate:
-      return Start_Bivariate(startPage);
-    case CTallyscope::eSpatial:
-      return Start_Spatial(startPage);
-    default:
-      return;
-  }
+  if (const auto start = GetSheetRow(GetMode()).start) (this->*start)(startPage);
 }
 
 void CDlg_Tallyscope::Start_Univariate(int startPage) {
@@ -88,59 +104,28 @@ void CDlg_Tallyscope::Start_Spatial(int startPage) {
   CreatePS_Spatial(0, startPage);
 }
 
+// The steps are virtual for subclasses; all of them start the session's mode.
+
 void CDlg_Tallyscope::CreateSC_Univariate() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetCalculator();
-  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
-  calculator->Calculate(11, nullptr);
-  hoverStation_ = -1;
+  StartSession();
 }
 
 void CDlg_Tallyscope::CreateSC_Bivariate() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SetBiDim1(GetTallyscope()->GetBiDim1());
-  SetBiDim2(GetTallyscope()->GetBiDim2());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = dynamic_cast<CStats_Bivariate*>(GetCalculator());
-  calculator->Add(GetData(), GetKeyDim());
-  calculator->Add(GetData(), GetAncDim());
-  calculator->xLink = GetUniStats(GetKeyDim());
-  calculator->yLink = GetUniStats(GetAncDim());
-  calculator->Calculate(15, nullptr);
-  SearchBy(calculator->GetItemDim(0), calculator->GetItemDim(1), -3, 2);
-  hoverStation_ = -1;
+  StartSession();
 }
 
 void CDlg_Tallyscope::CreateSC_Spatial() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SearchBy(-1, -2, -3, GetDimension());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetTallyscope()->GetOwnCalculator();
-  for (int axis = -1; axis >= -std::max(GetDimension(), 1); --axis) calculator->Add(GetData(), axis);
-  calculator->Calculate(1, nullptr);
-  hoverStation_ = -1;
+  StartSession();
 }
 
-// Nothing is computed yet: the variogram pages do that when they need it.
 void CDlg_Tallyscope::CreateSC_Variogram() {
-  DestroyCalculator();
-  CreateSpatialCalculator();
-  SearchBy(-1, -2, -3, GetDimension());
-  GetTallyscope()->CreateCalculator();
-  auto* calculator = GetCalculator();
-  if (!calculator->IsItem(0)) calculator->Add(GetData(), GetKeyDim());
-  hoverStation_ = -1;
+  StartSession();
 }
 
-// Gives the spatial calculator and the table's search the same dims, and builds the search.
-void CDlg_Tallyscope::SearchBy(int x, int y, int z, int count) {
-  GetSpatialCalculator()->SetSpatialDims(x, y, z, count);
-  GetData()->GetPointSearch()->SetFields(x, y, z, count);
-  GetData()->PreparePointSearch(nullptr);
+void CDlg_Tallyscope::StartSession() {
+  [[maybe_unused]] const bool started = CAnalysis(*GetTallyscope()).Start(nullptr);
+  assert(started);  // modes that the table can't have aren't offered, and fields are repaired before
+  hoverStation_ = -1;
 }
 
 // Pages in the order of their tabs.
@@ -151,7 +136,7 @@ void CDlg_Tallyscope::CreatePS_Univariate(int wizard, int startPage) {
   sheet->CreatePPUnivariateScatter();
   sheet->CreatePPUnivariateStats();
   sheet->CreatePPUnivariateHistogram();
-  StartSheet(std::move(sheet), wizard, startPage, kStringUnivariate);
+  StartSheet(std::move(sheet), wizard, startPage);
 }
 
 void CDlg_Tallyscope::CreatePS_Bivariate(int wizard, int startPage) {
@@ -159,7 +144,7 @@ void CDlg_Tallyscope::CreatePS_Bivariate(int wizard, int startPage) {
   auto sheet = std::make_unique<CPS_Bivariate>(this, 0);
   sheet->CreatePPBivariateScatter();
   sheet->CreatePPBivariateStats();
-  StartSheet(std::move(sheet), wizard, startPage, kStringBivariate);
+  StartSheet(std::move(sheet), wizard, startPage);
 }
 
 void CDlg_Tallyscope::CreatePS_Spatial(int wizard, int startPage) {
@@ -167,16 +152,16 @@ void CDlg_Tallyscope::CreatePS_Spatial(int wizard, int startPage) {
   auto sheet = std::make_unique<CPS_Spatial>(this, 0);
   if (GetDimension() == 2) sheet->CreatePPSpatialScatter();
   sheet->CreatePPSpatialStats();
-  StartSheet(std::move(sheet), wizard, startPage, kStringSpatial);
+  StartSheet(std::move(sheet), wizard, startPage);
 }
 
-void CDlg_Tallyscope::StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage, int titleId) {
+void CDlg_Tallyscope::StartSheet(std::unique_ptr<CPS_BaseTS> sheet, int wizard, int startPage) {
   sheet_ = std::move(sheet);
   sheet_->SetDlg(this);
   sheet_->SetStartPage(startPage);
   if (wizard != 0) sheet_->style |= kPropertySheetWizard;
   sheet_->icon = MakeIcon("app");
-  sheet_->title = LoadString(titleId);
+  sheet_->title = LoadString(GetAnalysisKind(GetMode()).title);
   sheet_->Embed(1);
   EmbedSheet();
 }

@@ -14,6 +14,7 @@
 #include "platform/ui/Modal.h"
 #include "platform/ui/WaitCursor.h"
 #include "plots/StationText.h"
+#include "statistics/AnalysisKind.h"
 #include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "workbench/ControlIds.h"
@@ -138,8 +139,7 @@ bool CDlg_Tallyscope::SupplyCell(GV_DISPINFO* info) {
 }
 
 bool CDlg_Tallyscope::IsDimInUse(int dim) const {
-  const bool two = GetMode() == CTallyscope::eBivariate || GetMode() == CTallyscope::eMultivariate;
-  return dim == GetKeyDim() || (two && dim == GetAncDim());
+  return dim == GetKeyDim() || (GetAnalysisKind(GetMode()).fields > 1 && dim == GetAncDim());
 }
 
 COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
@@ -152,28 +152,13 @@ COLORREF CDlg_Tallyscope::GetCellColour(int dim, int station) const {
 void CDlg_Tallyscope::OnGridDblClick(int row, int col) {
   if (row != 0 || col < 1 || GetSSData() != GetData()) return;  // another table's columns are no fields
   const int dim = DimFromColumn(col, GetSSData()->GetSpatialSize());
-  void (CDlg_Tallyscope::*set)(int) = nullptr;
-  int before = 0;
-  switch (GetMode()) {
-    case CTallyscope::eUnivariate:
-      set = &CDlg_Tallyscope::SetUniDim;
-      before = GetKeyDim();
-      break;
-    case CTallyscope::eBivariate:
-      set = &CDlg_Tallyscope::SetBiDim2;
-      before = GetAncDim();
-      break;
-    case CTallyscope::eSpatial:
-      set = &CDlg_Tallyscope::SetSPDim;
-      before = GetKeyDim();
-      break;
-    default:
-      return;
-  }
+  const AnalysisKind& kind = GetAnalysisKind(GetMode());
+  if (kind.setByHeading == nullptr) return;
+  const int before = kind.fields > 1 ? GetAncDim() : GetKeyDim();
   if (dim == before) return;
-  acts_.Run([this, set, dim] {
+  acts_.Run([this, set = kind.setByHeading, dim] {
     if (sheet_) sheet_->Process(0);
-    (this->*set)(dim);
+    (GetTallyscope()->*set)(dim);
     UpdateData(false);
     RefreshDialog(false);
   });

@@ -5,6 +5,7 @@
 
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
+#include "statistics/AnalysisKind.h"
 #include "statistics/DimIndex.h"
 #include "statistics/Stats_Data.h"
 #include "statistics/Stats_Region.h"
@@ -67,17 +68,8 @@ int SessionController::RepairedDim(int dim) const {
 
 void SessionController::RepairFields() {
   auto& session = *GetTop();
-  switch (session.GetMode()) {
-    case CTallyscope::eUnivariate:
-      return session.SetUniDim(RepairedDim(session.GetUniDim()));
-    case CTallyscope::eSpatial:
-      return session.SetSPDim(RepairedDim(session.GetSPDim()));
-    case CTallyscope::eVariogram:
-      return session.SetVarDim(RepairedDim(session.GetVarDim()));
-    case CTallyscope::eBivariate:
-    case CTallyscope::eMultivariate:
-      break;
-  }
+  const AnalysisKind& kind = GetAnalysisKind(session.GetMode());
+  if (kind.fields == 1) return (session.*kind.setKey)(RepairedDim((session.*kind.getKey)()));
   session.SetBiDim1(session.GetBiDim1());
   session.SetBiDim2(session.GetBiDim2());
   if (session.GetKeyDim() == session.GetAncDim()) {

@@ -5,6 +5,7 @@
 
 #include "spatial/Stats_PointSearch.h"
 #include "spatial/Stats_Spatial.h"
+#include "statistics/AnalysisKind.h"
 #include "statistics/Stats_Bivariate.h"
 #include "statistics/Stats_Multivariate.h"
 #include "tests/support/Made.h"
@@ -88,6 +89,18 @@ TEST(Analysis, WhatATableLacksIsntStarted) {
   CStats_Data one;
   EXPECT_TRUE(CAnalysis::IsPossible(one, CTallyscope::eUnivariate));
   EXPECT_FALSE(CAnalysis::IsPossible(one, CTallyscope::eBivariate));
+  for (const auto& kind : GetAnalysisKinds()) EXPECT_EQ(&GetAnalysisKind(kind.mode), &kind);
+}
+
+TEST(Analysis, AFieldIsComparedWithItselfWhereThereIsNoOther) {
+  CMadeTable table({made::Normal(300, 0, 1)});
+  CTallyscope session;
+  session.Fill(&table, false);
+  EXPECT_FALSE(CAnalysis::IsPossible(table, CTallyscope::eBivariate)) << "nobody is offered that";
+  CAnalysis analysis(session, /*picksStations=*/false);
+  ASSERT_TRUE(analysis.Start(CTallyscope::eBivariate, 0, 0, nullptr));
+  EXPECT_EQ(analysis.GetBivariate()->inertia, 0);
+  EXPECT_FALSE(table.GetPointSearch()->IsPartitioned());
 }
 
 TEST(Analysis, ATableTooLargeToSortStartsWithoutRanks) {
