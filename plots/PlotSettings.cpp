@@ -37,7 +37,8 @@ void WriteBox(CProfile& profile, const CString& prefix, const Box& box) {
 void ReadBox(const CProfile& profile, const CString& prefix, Box& box) {
   for (const auto& each : kBoxKeys) {
     auto& end = (box.*each.corner)[each.axis];
-    end = profile.GetProfileDouble(kPlotSection, prefix + each.key, end);
+    const double stored = profile.GetProfileDouble(kPlotSection, prefix + each.key, end);
+    if (std::isfinite(stored)) end = stored;
   }
 }
 
