@@ -3,8 +3,7 @@
 
 #include <QVBoxLayout>
 
-#include "platform/ui/DataExchange.h"
-#include "workbench/ControlIds.h"
+#include "workbench/BasicFigures.h"
 #include "workbench/FigurePanel.h"
 
 namespace tallyscope {
@@ -24,15 +23,7 @@ bool CDlg_StatsBasic::OnInitDialog() {
 }
 
 void CDlg_StatsBasic::DoDataExchange(CDataExchange* exchange) {
-  DDX_Text(exchange, kControlTotal, total);
-  DDX_Text(exchange, kControlValid, valid);
-  DDX_Text(exchange, kControlInvalid, invalid);
-  DDX_Number(exchange, kControlMinimum, minimum);
-  DDX_Number(exchange, kControlMaximum, maximum);
-  DDX_Number(exchange, kControlMean, mean);
-  DDX_Number(exchange, kControlVariance, variance);
-  DDX_Number(exchange, kControlStdDeviation, standardDeviation);
-  DDX_Number(exchange, kControlRatio, ratio);
+  ExchangeBasicFigures(exchange, *this);
 }
 
 }  // namespace tallyscope

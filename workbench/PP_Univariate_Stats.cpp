@@ -3,6 +3,7 @@
 
 #include "platform/core/StringTable.h"
 #include "platform/ui/DataExchange.h"
+#include "workbench/BasicFigures.h"
 #include "workbench/ControlIds.h"
 #include "workbench/Dlg_Tallyscope.h"
 
@@ -30,15 +31,7 @@ void CPP_Univariate_Stats::UploadData() {
 }
 
 void CPP_Univariate_Stats::DoDataExchange(unsigned, CDataExchange* exchange) {
-  DDX_Text(exchange, kControlTotal, total);
-  DDX_Text(exchange, kControlValid, valid);
-  DDX_Text(exchange, kControlInvalid, invalid);
-  DDX_Number(exchange, kControlMinimum, minimum);
-  DDX_Number(exchange, kControlMaximum, maximum);
-  DDX_Number(exchange, kControlMean, mean);
-  DDX_Number(exchange, kControlVariance, variance);
-  DDX_Number(exchange, kControlStdDeviation, standardDeviation);
-  DDX_Number(exchange, kControlRatio, ratio);
+  ExchangeBasicFigures(exchange, *this);
   DDX_Number(exchange, kControlSkewness, skewness);
   DDX_Text(exchange, kControlDirection, direction);
   DDX_Number(exchange, kControlMedian, median);
